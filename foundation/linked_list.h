@@ -1,0 +1,116 @@
+#pragma once
+
+#include <new>
+#include <utility>
+
+#include "foundation/types.h"
+
+namespace gs {
+
+// A doubly linked list that owns its nodes and keeps insertion order: elements
+// are appended at the tail, searched from the head, destroyed head first.
+template <class T>
+struct LinkedList {
+  struct Node {
+    T value;
+    Node* next = nullptr;
+    Node* prev = nullptr;
+  };
+
+  Node* head = nullptr;
+  Node* tail = nullptr;
+  uint64 count = 0;
+
+  LinkedList() = default;
+  // A list with copies of all elements, or std::bad_alloc: never a part of
+  // them.
+  LinkedList(const LinkedList& other) : LinkedList() {
+    for (const T& value : other) {
+      if (append(T(value)) == nullptr) throw std::bad_alloc();
+    }
+  }
+  LinkedList(LinkedList&& other) noexcept { swap(other); }
+  LinkedList& operator=(LinkedList other) noexcept {
+    swap(other);
+    return *this;
+  }
+  ~LinkedList() { clear(); }
+
+  void swap(LinkedList& other) noexcept {
+    std::swap(head, other.head);
+    std::swap(tail, other.tail);
+    std::swap(count, other.count);
+  }
+
+  // Moves `value` into a new node at the tail. Null, with the list unchanged,
+  // when there is no memory for the node.
+  T* append(T&& value) {
+    Node* node = new (std::nothrow) Node{std::move(value), nullptr, tail};
+    if (node == nullptr) return nullptr;
+    (tail == nullptr ? head : tail->next) = node;
+    tail = node;
+    ++count;
+    return &node->value;
+  }
+
+  // Unlinks and destroys `node`, which has to be one of this list.
+  void remove(Node* node) {
+    (node->prev == nullptr ? head : node->prev->next) = node->next;
+    (node->next == nullptr ? tail : node->next->prev) = node->prev;
+    --count;
+    delete node;
+  }
+
+  void clear() {
+    while (head != nullptr) remove(head);
+  }
+
+  // Moves all nodes of `other` behind the last of this list.
+  void splice(LinkedList&& other) noexcept {
+    if (other.head == nullptr) return;
+    (tail == nullptr ? head : tail->next) = other.head;
+    other.head->prev = tail;
+    tail = std::exchange(other.tail, nullptr);
+    other.head = nullptr;
+    count += std::exchange(other.count, 0);
+  }
+
+  // The first node whose value satisfies `test`, or null.
+  template <class Test>
+  Node* find(Test&& test) {
+    return firstFrom(head, test);
+  }
+  template <class Test>
+  const Node* find(Test&& test) const {
+    return firstFrom<const Node>(head, test);
+  }
+
+  bool empty() const { return count == 0; }
+
+  template <class Value>
+  struct Iterator {
+    Node* node;
+    Value& operator*() const { return node->value; }
+    Value* operator->() const { return &node->value; }
+    Iterator& operator++() {
+      node = node->next;
+      return *this;
+    }
+    bool operator==(const Iterator&) const = default;
+  };
+  Iterator<T> begin() { return {head}; }
+  Iterator<T> end() { return {nullptr}; }
+  Iterator<const T> begin() const { return {head}; }
+  Iterator<const T> end() const { return {nullptr}; }
+
+ private:
+  template <class AnyNode, class Test>
+  static AnyNode* firstFrom(AnyNode* node, Test& test) {
+    while (node != nullptr && !test(std::as_const(node->value))) {
+      node = node->next;
+    }
+    return node;
+  }
+};
+
+}  // namespace gs

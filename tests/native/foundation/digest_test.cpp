@@ -1,0 +1,44 @@
+#include "foundation/sha256.h"
+#include "foundation/uuid.h"
+#include "tests/support/bytes.h"
+
+// Messages of 0 to 130 bytes, 00 01 02 and so on, in pieces of every size up to
+// 65. The digest of all their digests was computed with Python's hashlib.
+TEST(Sha256, PadsEveryLengthAndTakesPiecesOfAnySize) {
+  std::string message;
+  Sha256 all;
+  all.init();
+  for (size_t n = 0; n <= 130; ++n) {
+    const auto exact = bytes(message);
+    const Sha256 whole(exact.data, n);
+    all.update(whole.hash(), Sha256::SIZE);
+    for (size_t step = 1; step <= 65; ++step) {
+      Sha256 pieces;
+      pieces.update("x", 1);  // ignored before init()
+      pieces.init();
+      for (size_t i = 0; i < n; i += step) {
+        pieces.update(exact.data + i, std::min(step, n - i));
+      }
+      ASSERT_TRUE(pieces == whole) << n << " by " << step;
+      pieces.update("x", 1);  // and after the digest was taken
+      ASSERT_TRUE(pieces == whole) << n << " by " << step;
+    }
+    message.push_back(static_cast<char>(n));
+  }
+  EXPECT_STREQ(Sha256().toString(), std::string(64, '0').c_str());
+  EXPECT_STREQ(
+      all.toHexString(),
+      "E5BBBECD60C3632A3455F465BFD8B079C30EF608D2BCC34227F4E5573029020E");
+}
+
+TEST(Uuid, ParsesItsTextFormAsFarAsItIsGood) {
+  const auto parsed = [](const std::string& text) {
+    return std::string(Uuid(SafeString(text.c_str())).toString());
+  };
+  const std::string good = "00112233-4455-6677-8899-AABBCCDDEEFF";
+  const std::string none = "00000000-0000-0000-0000-000000000000";
+  EXPECT_EQ(parsed("00112233x4455x6677x8899xaabbccddeeff"), good);
+  EXPECT_EQ(parsed(good.substr(1)), none);
+  EXPECT_EQ(parsed("0011223g" + good.substr(8)), "001122" + none.substr(6));
+  EXPECT_EQ(parsed(good.substr(0, 34) + "-f"), good.substr(0, 34) + "00");
+}
