@@ -1,0 +1,160 @@
+#include "schema/meta.h"
+
+#include "foundation/diagnostics.h"
+#include "schema/checks.h"
+#include "schema/checksum.h"
+
+namespace Brindle {
+
+namespace {
+
+void add(Checksum& sum, const MetaField& field) {
+  sum.add(field.name);
+  sum.add(field.type);
+  sum.add(field.flags);
+  if (field.type == FieldType::ENUM) {
+    for (const EnumEntry& entry : field.enumMapping) {
+      sum.add(entry.name);
+      sum.add(entry.value);
+    }
+  }
+  if (field.meta) sum.add(field.meta->crc());
+  if (field.value) sum.add(field.value->crc());
+}
+
+// The entries of `added` whose names neither `known` nor an earlier one has.
+EnumMapping newEntries(const EnumMapping& known, const EnumMapping& added) {
+  EnumMapping fresh;
+  for (const EnumEntry& entry : added) {
+    if (findNamed(known, entry.name) == nullptr &&
+        findNamed(fresh, entry.name) == nullptr) {
+      fresh.append(EnumEntry(entry));
+    }
+  }
+  return fresh;
+}
+
+}  // namespace
+
+Meta::Meta(const SafeString& name) : name_(cloneOf(name)) { updateCrc(); }
+
+Meta::Meta(const Meta& other)
+    : name_(cloneOf(other.name_)),
+      crc_(other.crc_),
+      flags_(other.flags_),
+      fields_(other.fields_) {}
+
+Meta& Meta::operator=(const Meta& other) {
+  if (this != &other) *this = Meta(other);
+  return *this;
+}
+
+void Meta::setName(const SafeString& name) {
+  name_ = cloneOf(name);
+  updateCrc();
+}
+
+void Meta::setFlags(MetaFlags flags) {
+  flags_ = flags;
+  updateCrc();
+}
+
+void Meta::setFlag(MetaFlags bits, bool on) {
+  flags_ = withFlags(flags_, bits, on);
+}
+
+MetaField* Meta::field(const SafeString& name) {
+  auto* node = findNamed(fields_, name);
+  return node == nullptr ? nullptr : &node->value;
+}
+
+const MetaField* Meta::field(const SafeString& name) const {
+  const auto* node = findNamed(fields_, name);
+  return node == nullptr ? nullptr : &node->value;
+}
+
+bool Meta::getFieldType(const SafeString& name,
+                        std::pair<FieldType, bool>& out) const {
+  const MetaField* found = field(name);
+  if (found == nullptr) return false;
+  out = {found->type, found->isRepeated()};
+  return true;
+}
+
+bool Meta::getMetaValue(const SafeString& name, FieldValue& out) const {
+  const MetaField* found = field(name);
+  if (found == nullptr || !found->isMeta() || !found->value) return false;
+  out = *found->value;
+  return true;
+}
+
+bool Meta::addField(const SafeString& name, FieldFlags flags, FieldType type,
+                    EnumMapping&& enumMapping, std::shared_ptr<Meta> meta,
+                    std::shared_ptr<FieldValue> value) {
+  bool changed = false;
+  const bool accepted =
+      insertField({cloneOf(name), type, 0, flags, std::move(enumMapping),
+                   std::move(meta), std::move(value)},
+                  changed);
+  if (changed) updateCrc();
+  return accepted;
+}
+
+bool Meta::insertField(MetaField&& given, bool& changed) {
+  if (given.type == FieldType::ENUM && given.enumMapping.empty()) {
+    pqpr("ENUM field must have a mapping of possible values.");
+    return false;
+  }
+  if (given.type == FieldType::DATA_MAP && !checkHasMeta(given.meta)) {
+    return false;
+  }
+  MetaField* existing = field(given.name);
+  if (existing == nullptr) {
+    given.index = static_cast<uint16>(fields_.count);
+    fields_.append(std::move(given));
+    changed = true;
+    return true;
+  }
+  if (existing->type != given.type) {
+    pqpr("Field already exists with different type");
+    return false;
+  }
+  EnumMapping fresh = newEntries(existing->enumMapping, given.enumMapping);
+  changed = !fresh.empty();
+  existing->enumMapping.splice(std::move(fresh));
+  return true;
+}
+
+bool Meta::addField(const SafeString& name, FieldType type, bool repeated,
+                    EnumMapping&& enumMapping, std::shared_ptr<Meta> meta) {
+  const FieldFlags flags =
+      withFlags(FieldFlags::NONE, FieldFlags::REPEATED, repeated);
+  return addField(name, flags, type, std::move(enumMapping), std::move(meta),
+                  nullptr);
+}
+
+bool Meta::addMetaField(const SafeString& name, FieldType type,
+                        const FieldValue& value, bool repeated,
+                        EnumMapping&& enumMapping, std::shared_ptr<Meta> meta) {
+  const FieldFlags flags =
+      withFlags(FieldFlags::META, FieldFlags::REPEATED, repeated);
+  return addField(name, flags, type, std::move(enumMapping), std::move(meta),
+                  std::make_shared<FieldValue>(value));
+}
+
+void Meta::deleteField(const SafeString& name) {
+  auto* node = findNamed(fields_, name);
+  if (node == nullptr) return;
+  fields_.remove(node);
+  updateCrc();
+}
+
+void Meta::updateCrc() {
+  Checksum sum;
+  sum.add(name_);
+  sum.add(flags_);
+  for (const MetaField& field : fields_) add(sum, field);
+  crc_ = sum.value();
+}
+
+}  // namespace Brindle

@@ -1,0 +1,54 @@
+#include "serialization/data_map.h"
+
+#include "schema/checksum.h"
+
+namespace Brindle {
+
+DataMap::DataMap(std::initializer_list<Entry> given) {
+  for (const Entry& entry : given) {
+    if (!emplace(entry.name, entry.value)) throw std::bad_alloc();
+  }
+}
+
+FieldValue* DataMap::operator[](const SafeString& name) {
+  const iterator found = find(name);
+  return found == end() ? nullptr : &found->value.value;
+}
+
+bool DataMap::insert_or_assign(const SafeString& name,
+                               const FieldValue& value) {
+  FieldValue* existing = (*this)[name];
+  if (existing == nullptr) return emplace(name, value);
+  *existing = value;
+  return true;
+}
+
+bool DataMap::emplace(const SafeString& name, const FieldValue& value) {
+  Entry entry{name, value};
+  return entry.name.wasLastOpSuccessful() &&
+         entries.append(std::move(entry)) != nullptr;
+}
+
+DataMap::iterator DataMap::find(const SafeString& name) {
+  return findNamed(entries, name);
+}
+
+DataMap::const_iterator DataMap::find(const SafeString& name) const {
+  return findNamed(entries, name);
+}
+
+void DataMap::erase(const SafeString& name) {
+  const iterator found = find(name);
+  if (found != end()) entries.remove(found);
+}
+
+uint32 DataMap::crc() const {
+  Checksum sum;
+  for (const Entry& entry : entries) {
+    sum.add(entry.name);
+    sum.add(entry.value.crc());
+  }
+  return sum.value();
+}
+
+}  // namespace Brindle

@@ -1,0 +1,150 @@
+// Reads data packets. The layout stands in serializer.h.
+
+#include "foundation/diagnostics.h"
+#include "schema/checks.h"
+#include "serialization/packet_format.h"
+#include "serialization/serializer.h"
+#include "serialization/varint_io.h"
+
+namespace Brindle {
+
+namespace {
+
+// The extent of a packet whose length is V, read from `used` bytes. Part of the
+// format: 16 bits, the rest is lost.
+uint16 extentOf(uint64 length, uint64 used) {
+  return static_cast<uint16>(used + length + 2);
+}
+
+// Where the body stands, and what the header says.
+struct Extent {
+  uint8 flags = 0;
+  size_t bodyOffset = 0;
+  size_t total = 0;  // up to the trailer
+};
+
+bool readHeader(const gs::ConstBuf& packet, Extent& out) {
+  if (!checkSize(packet, Packet::MIN_SIZE)) return false;
+  size_t offset = 0;
+  uint8 version = 0;
+  uint64 length = 0;
+  extractNumber(packet, offset, version);
+  extractNumber(packet, offset, out.flags);
+  if (version != Packet::VERSION) {
+    pqpr("Unsupported version");
+    return false;
+  }
+  extractVarint(packet, offset, length);
+  out.bodyOffset = offset;
+  out.total = extentOf(length, offset - Packet::HEADER_SIZE);
+  if (packet.size < out.total) {
+    pqpr("Invalid data size");
+    return false;
+  }
+  return true;
+}
+
+bool checkTrailer(const gs::ConstBuf& packet, const Extent& extent,
+                  const uint16* expectedCrc) {
+  if ((extent.flags & Packet::HAS_CRC) == 0) {
+    return expectedCrc == nullptr ||
+           checkCrc16(packet, extent.total, *expectedCrc);
+  }
+  size_t offset = extent.total;
+  uint16 stored = 0;
+  if (!extractNumber(packet, offset, stored)) {
+    pqpr("Buffer too small for CRC16");
+    return false;
+  }
+  // A warning: the stored checksum decides.
+  if (expectedCrc != nullptr && *expectedCrc != stored) {
+    pqpr("Data has CRC, but input CRC16 mismatch");
+  }
+  return checkCrc16(packet, extent.total, stored);
+}
+
+bool readEntry(const Meta& meta, const gs::ConstBuf& packet, size_t& offset,
+               uint8 depth, DataMap& record) {
+  uint64 decoded = 0;
+  extractVarint(packet, offset, decoded);
+  const auto id = static_cast<uint16>(decoded);
+  const auto* found = meta.fields().find(
+      [&](const MetaField& field) { return field.index == id; });
+  if (found == nullptr) {
+    pqpr("Wrong field ID: %d", int{id});
+    return false;
+  }
+  const MetaField& field = found->value;
+  FieldValue value;
+  if (!Serializer::deserializeField(field, packet, offset, value, depth)) {
+    pqpr("Failed to deserialize field (%s)", field.name.c_str());
+    return false;
+  }
+  if (!record.emplace(field.name, value)) {
+    pqpr("Failed to emplace field (%s)", field.name.c_str());
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+DataMap Serializer::deserialize(const Meta& meta, const gs::ConstBuf& packet,
+                                uint8 depth, const uint16* expectedCrc) {
+  Extent extent;
+  if (!checkNesting(depth) || !readHeader(packet, extent) ||
+      !checkTrailer(packet, extent, expectedCrc)) {
+    return {};
+  }
+  DataMap record;
+  // A value may reach past the extent: nothing tells its length but its type.
+  for (size_t offset = extent.bodyOffset; offset < extent.total;) {
+    if (!readEntry(meta, packet, offset, depth, record)) return {};
+  }
+  if (record.empty()) {
+    pqpr("deserialize: No data available (%s)", meta.name().c_str());
+  }
+  return record;
+}
+
+bool Serializer::deserializeDataMap(const gs::ConstBuf& buf, size_t& offset,
+                                    const Meta& meta, DataMap& out,
+                                    uint8 depth) {
+  uint64 size = 0;
+  gs::ConstBuf packet;
+  if (!checkNesting(depth) || !extractVarint(buf, offset, size) || size == 0 ||
+      !extractView(buf, offset, packet, size)) {
+    return false;
+  }
+  DataMap record =
+      deserialize(meta, packet, static_cast<uint8>(depth + 1), nullptr);
+  if (record.empty()) return false;
+  out = std::move(record);
+  return true;
+}
+
+uint32 Serializer::getMetaIdFromPacket(const gs::ConstBuf& buf) {
+  size_t offset = 0;
+  uint64 value = 0;
+  const bool skipped = extractVarint(buf, offset, value);
+  const bool found = skipped && extractVarint(buf, offset, value);
+  return found ? static_cast<uint32>(value) : 0xFFFFFFFF;
+}
+
+gs::container<uint8> Serializer::getPacket(const gs::ConstBuf& buf,
+                                           size_t offset) {
+  gs::container<uint8> found;
+  for (size_t start = offset; start < buf.size; ++start) {
+    size_t behind = start;
+    uint64 length = 0;
+    extractVarint(buf, behind, length);
+    const uint16 extent = extentOf(length, behind - start);
+    if (behind < buf.size && extent <= buf.size - start) {
+      appendToBuffer(found, buf.data + start, extent);
+      break;
+    }
+  }
+  return found;
+}
+
+}  // namespace Brindle
