@@ -7,6 +7,12 @@ import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
 } from './setup.mjs';
 
+function buildModule() {
+  needDebianPackages('cmake', 'ninja-build', 'g++');
+  needNpmPackages();
+  build('release', 'Release');
+}
+
 function buildWithTests(preset, folder = preset) {
   needDebianPackages('cmake', 'ninja-build', 'g++', 'libgtest-dev');
   needNpmPackages();
@@ -20,8 +26,24 @@ function runNativeTests(folder, env = process.env) {
   console.log(output.slice(output.search(/^100% tests passed/m)));
 }
 
+function runJsTests(env = process.env) {
+  // Named one by one: what a folder means to --test depends on the version.
+  const files = readdirSync(join(root, 'tests/js'))
+    .filter((name) => name.endsWith('.test.mjs'))
+    .map((name) => join('tests/js', name));
+  run(process.execPath, ['--test', '--test-reporter=spec', ...files], { env });
+}
+
+function checkTypes() {
+  const compiler = 'node_modules/typescript/bin/tsc';
+  run(process.execPath, [compiler, '-p', 'tests/types']);
+  console.log('types: tests/types compiles');
+}
+
 function test() {
   runNativeTests(buildWithTests('dev', 'Release'));
+  runJsTests();
+  checkTypes();
 }
 
 const cppFiles = () =>
@@ -35,7 +57,7 @@ function format() {
   run('clang-format', ['-i', ...cppFiles()]);
 }
 
-const tasks = { test, format };
+const tasks = { build: buildModule, test, format };
 
 const task = tasks[process.argv[2]];
 if (task === undefined) fail(`tasks: ${Object.keys(tasks).join(', ')}`);

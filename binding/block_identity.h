@@ -1,0 +1,22 @@
+#pragma once
+
+#include "foundation/uuid.h"
+#include "schema/meta.h"
+
+// Constants with reserved names by which a block says what it is.
+namespace brindle_napi {
+
+// "__uuid": the block's identifier. False unless it is a string that reads as a
+// valid one.
+bool getBlockUuid(const Brindle::Meta& meta, Uuid& out);
+
+// "__instance": which one of several blocks of that kind. False unless it is a
+// uint8, uint16 or uint32.
+bool getBlockInstance(const Brindle::Meta& meta, uint32& out);
+
+// "__uuidDescr", or without one "descriptor_uuid": the text as it stands, or
+// null unless it is a string. `holder` keeps what the answer points to.
+const SafeString* getDescriptorUuid(const Brindle::Meta& meta,
+                                    Brindle::FieldValue& holder);
+
+}  // namespace brindle_napi

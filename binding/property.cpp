@@ -1,0 +1,63 @@
+#include "binding/property.h"
+
+#include <new>
+
+namespace brindle_napi {
+
+namespace {
+
+Napi::Value valueOf(napi_env env, napi_status status, napi_value value) {
+  if (status == napi_ok) return {env, value};
+  clearPending(env);
+  napi_value unusable = nullptr;
+  napi_create_symbol(env, nullptr, &unusable);
+  return {env, unusable};
+}
+
+}  // namespace
+
+Napi::Value readProperty(Napi::Env env, napi_value object, const char* key) {
+  napi_value value = nullptr;
+  const napi_status status = napi_get_named_property(env, object, key, &value);
+  return valueOf(env, status, value);
+}
+
+Napi::Value readProperty(Napi::Env env, napi_value object, napi_value key) {
+  napi_value value = nullptr;
+  const napi_status status = napi_get_property(env, object, key, &value);
+  return valueOf(env, status, value);
+}
+
+Napi::Value readElement(Napi::Env env, napi_value array, uint32_t index) {
+  napi_value value = nullptr;
+  const napi_status status = napi_get_element(env, array, index, &value);
+  return valueOf(env, status, value);
+}
+
+void clearPending(napi_env env) {
+  napi_value ignored = nullptr;
+  napi_get_and_clear_last_exception(env, &ignored);
+}
+
+std::string textOf(const Napi::Value& value) {
+  return value.IsString() ? value.As<Napi::String>().Utf8Value()
+                          : std::string();
+}
+
+bool convertToText(const Napi::Value& value, std::string& out) {
+  napi_value text = nullptr;
+  if (napi_coerce_to_string(value.Env(), value, &text) != napi_ok) {
+    clearPending(value.Env());
+    return false;
+  }
+  out = textOf({value.Env(), text});
+  return true;
+}
+
+SafeString safeText(const std::string& text) {
+  SafeString safe(text.c_str());
+  if (!safe.wasLastOpSuccessful()) throw std::bad_alloc();
+  return safe;
+}
+
+}  // namespace brindle_napi

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <napi.h>
+
+#include <algorithm>
+#include <string>
+
+#include "foundation/safe_string.h"
+
+// Reading objects that belong to callers, whose getters and proxy traps can run
+// any code and throw.
+namespace brindle_napi {
+
+// The value of a property or element, read once. When the read throws, the
+// exception is taken away and the answer is a symbol: a value of the wrong type
+// for every use, and absent for none.
+Napi::Value readProperty(Napi::Env env, napi_value object, const char* key);
+Napi::Value readProperty(Napi::Env env, napi_value object, napi_value key);
+Napi::Value readElement(Napi::Env env, napi_value array, uint32_t index);
+
+// Whether a read threw.
+inline bool isUnreadable(const Napi::Value& value) { return value.IsSymbol(); }
+
+// Takes away an exception that a failed Node-API call left pending.
+void clearPending(napi_env env);
+
+// Null and undefined stand for no value.
+inline bool isAbsent(const Napi::Value& value) {
+  return value.IsUndefined() || value.IsNull();
+}
+// Whether the value is the boolean true; any other type counts as false.
+inline bool isTrue(const Napi::Value& value) {
+  return value.IsBoolean() && value.As<Napi::Boolean>().Value();
+}
+// The text of a string, zero bytes included; empty for anything else.
+std::string textOf(const Napi::Value& value);
+// Any value as a string, by JavaScript's own conversion; false when it throws.
+bool convertToText(const Napi::Value& value, std::string& out);
+// A text as the core's string, which ends before the first zero byte. Throws
+// std::bad_alloc.
+SafeString safeText(const std::string& text);
+
+// Calls visit(element) for the elements of an array in order until it answers
+// false, and answers whether it never did. The length is read once. What visit
+// makes in JavaScript is released every thousand elements or so.
+template <class Visit>
+bool forEachElement(Napi::Env env, const Napi::Value& array, Visit&& visit) {
+  constexpr uint64 STEP = 1024;
+  const uint64 length = array.As<Napi::Array>().Length();
+  for (uint64 start = 0; start < length; start += STEP) {
+    const Napi::HandleScope scope(env);
+    const uint64 stop = std::min(length, start + STEP);
+    for (uint64 i = start; i < stop; ++i) {
+      if (!visit(readElement(env, array, static_cast<uint32>(i)))) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace brindle_napi

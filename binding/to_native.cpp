@@ -1,0 +1,206 @@
+#include "binding/to_native.h"
+
+#include <algorithm>
+#include <concepts>
+#include <limits>
+
+#include "binding/property.h"
+
+namespace brindle_napi {
+
+namespace {
+
+using Brindle::DataMap;
+using Brindle::FieldType;
+using Brindle::FieldValue;
+using Brindle::Meta;
+
+double numberOf(const Napi::Value& value) {
+  return value.As<Napi::Number>().DoubleValue();
+}
+
+// One element of each type.
+
+template <std::signed_integral T>
+bool convert(const Napi::Value& value, const Meta*, T& out) {
+  using Limits = std::numeric_limits<T>;
+  int64 wide = 0;
+  if (!readSignedRange(value, Limits::min(), Limits::max(), wide)) return false;
+  out = static_cast<T>(wide);
+  return true;
+}
+
+template <std::unsigned_integral T>
+bool convert(const Napi::Value& value, const Meta*, T& out) {
+  uint64 wide = 0;
+  if (!readUnsignedRange(value, std::numeric_limits<T>::max(), wide)) {
+    return false;
+  }
+  out = static_cast<T>(wide);
+  return true;
+}
+
+bool convert(const Napi::Value& value, const Meta* nested,
+             Brindle::EnumType& out) {
+  return convert(value, nested, out.value);
+}
+
+bool convert(const Napi::Value& value, const Meta*, float& out) {
+  if (!value.IsNumber()) return false;
+  // Rounds to nearest; beyond the range of a float this is infinity.
+  static_assert(std::numeric_limits<float>::is_iec559);
+  out = static_cast<float>(numberOf(value));
+  return true;
+}
+
+bool convert(const Napi::Value& value, const Meta*, SafeString& out) {
+  if (!value.IsString()) return false;
+  out = safeText(textOf(value));
+  return true;
+}
+
+bool convert(const Napi::Value& value, const Meta*, Brindle::BoolType& out) {
+  if (!value.IsBoolean()) return false;
+  out.value = isTrue(value) ? 1 : 0;
+  return true;
+}
+
+bool convert(const Napi::Value& value, const Meta* nested, DataMap& out) {
+  return nested != nullptr && value.IsObject() &&
+         napiObjectToDataMap(value.Env(), value.As<Napi::Object>(), *nested,
+                             out);
+}
+
+template <class T>
+bool convertSingle(const Napi::Value& value, const Meta* nested,
+                   FieldValue& out) {
+  if constexpr (Brindle::SharedElement<T>) {
+    auto single = std::make_shared<T>();
+    if (!convert(value, nested, *single)) return false;
+    out = std::move(single);
+  } else {
+    T single{};
+    if (!convert(value, nested, single)) return false;
+    out = single;
+  }
+  return true;
+}
+
+// Room for one more of `length` elements. The length of an array proves nothing
+// (it may have holes only), so no more is taken at once than a block could
+// hold.
+template <class T>
+void makeRoom(gs::container<T>& array, uint64 length) {
+  constexpr uint64 STEP = 65536;
+  if (array.size < array.capacity) return;
+  array.reserve(std::min(length, std::max(STEP, 2 * array.size)));
+}
+
+template <class T>
+bool convertArray(Napi::Env env, const Napi::Value& value, const Meta* nested,
+                  FieldValue& out) {
+  if (std::same_as<T, DataMap> && nested == nullptr) return false;
+  auto array = std::make_shared<gs::container<T>>();
+  const uint64 length = value.As<Napi::Array>().Length();
+  const auto add = [&](const Napi::Value& item) {
+    T element{};
+    if (!convert(item, nested, element)) return false;
+    makeRoom(*array, length);
+    array->emplace(std::move(element));
+    return true;
+  };
+  if (!forEachElement(env, value, add)) return false;
+  out = std::move(array);
+  return true;
+}
+
+bool convertEntry(Napi::Env env, const Napi::Object& object,
+                  const Napi::Value& key, const Meta& meta, DataMap& map) {
+  if (!key.IsString()) return true;
+  const SafeString name = safeText(textOf(key));
+  const Brindle::MetaField* field = meta.field(name);
+  if (field == nullptr || field->isMeta()) return true;
+  const Napi::Value value = readProperty(env, object, key);
+  if (isAbsent(value)) return true;
+  FieldValue converted;
+  return napiToFieldValue(env, value, field->type, field->isRepeated(),
+                          converted, field->meta.get()) &&
+         map.insert_or_assign(name, converted);
+}
+
+}  // namespace
+
+bool napiToFieldValue(Napi::Env env, const Napi::Value& value, FieldType type,
+                      bool repeated, FieldValue& out, const Meta* nested) {
+  if (isAbsent(value)) return false;
+  return repeated ? napiToRepeated(env, value, type, out, nested)
+                  : napiToScalar(env, value, type, out, nested);
+}
+
+bool napiToScalar(Napi::Env, const Napi::Value& value, FieldType type,
+                  FieldValue& out, const Meta* nested) {
+  if (!Brindle::isKnown(type)) return false;
+  return Brindle::dispatchType(type, [&](auto element) {
+    using T = typename decltype(element)::type;
+    return convertSingle<T>(value, nested, out);
+  });
+}
+
+bool napiToRepeated(Napi::Env env, const Napi::Value& value, FieldType type,
+                    FieldValue& out, const Meta* nested) {
+  if (!value.IsArray() || !Brindle::isKnown(type)) return false;
+  return Brindle::dispatchType(type, [&](auto element) {
+    using T = typename decltype(element)::type;
+    return convertArray<T>(env, value, nested, out);
+  });
+}
+
+bool napiObjectToDataMap(Napi::Env env, const Napi::Object& object,
+                         const Meta& meta, DataMap& map) {
+  napi_value names = nullptr;
+  if (napi_get_property_names(env, object, &names) != napi_ok) {
+    clearPending(env);
+    return false;
+  }
+  return forEachElement(env, {env, names}, [&](const Napi::Value& key) {
+    return convertEntry(env, object, key, meta, map);
+  });
+}
+
+// The limits of the casts, 2^63 and 2^64, are exact as doubles; the largest
+// integers below them are not. Written so that NaN is refused too.
+
+bool readSignedRange(const Napi::Value& value, int64 min, int64 max,
+                     int64& out) {
+  if (value.IsBigInt()) {
+    bool lossless = false;
+    napi_get_value_bigint_int64(value.Env(), value, &out, &lossless);
+    return lossless && min <= out && out <= max;
+  }
+  if (!value.IsNumber()) return false;
+  const double number = numberOf(value);
+  if (!(number >= -0x1p63 && number < 0x1p63)) return false;
+  const int64 whole = static_cast<int64>(number);
+  if (static_cast<double>(whole) != number) return false;
+  if (whole < min || whole > max) return false;
+  out = whole;
+  return true;
+}
+
+bool readUnsignedRange(const Napi::Value& value, uint64 max, uint64& out) {
+  if (value.IsBigInt()) {
+    bool lossless = false;
+    napi_get_value_bigint_uint64(value.Env(), value, &out, &lossless);
+    return lossless && out <= max;
+  }
+  if (!value.IsNumber()) return false;
+  const double number = numberOf(value);
+  if (!(number >= 0 && number < 0x1p64)) return false;
+  const uint64 whole = static_cast<uint64>(number);
+  if (static_cast<double>(whole) != number) return false;
+  if (whole > max) return false;
+  out = whole;
+  return true;
+}
+
+}  // namespace brindle_napi

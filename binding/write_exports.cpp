@@ -1,0 +1,229 @@
+// packMetaBlock and buildBlock: one packed block written.
+
+#include "binding/block_reader.h"
+#include "binding/buffers.h"
+#include "binding/exports.h"
+#include "binding/guard.h"
+#include "binding/limits.h"
+#include "binding/property.h"
+#include "binding/schema_builder.h"
+#include "binding/to_js.h"
+#include "binding/to_native.h"
+#include "foundation/buffer.h"
+#include "serialization/serializer.h"
+
+namespace brindle_napi {
+
+namespace {
+
+using Brindle::DataMap;
+using Brindle::Meta;
+using Brindle::MetaField;
+
+Refusal refuseWith(const BuildError& error) {
+  return {error.code, error.message};
+}
+
+// Converts one value and stores it under `name`. `text` is the name as
+// JavaScript gave it, and stands in messages: quoted, after `insertFailed` when
+// the record has no memory for it.
+Refusal storeValue(Napi::Env env, const Napi::Value& value,
+                   const MetaField& field, const std::string& text,
+                   const char* insertFailed, DataMap& record) {
+  Brindle::FieldValue converted;
+  if (!napiToFieldValue(env, value, field.type, field.isRepeated(), converted,
+                        field.meta.get())) {
+    return {INVALID_ARGUMENT, "value type mismatch for field '" + text + "'"};
+  }
+  if (!record.insert_or_assign(field.name, converted)) {
+    return {INTERNAL, insertFailed + ("'" + text + "'")};
+  }
+  return {};
+}
+
+// The block of a packed schema and, unless null, a record.
+Refusal finishBlock(gs::container<uint8> packed, const Meta& meta,
+                    const DataMap* record, const char* tooLarge,
+                    gs::container<uint8>& block) {
+  block = std::move(packed);
+  if (block.empty()) return refuseWith(packFailed());
+  if (record != nullptr) {
+    const gs::container<uint8> payload =
+        Brindle::Serializer::serialize(meta, *record, 0);
+    if (payload.empty()) {
+      return {INTERNAL, "Serializer::serialize() returned empty buffer"};
+    }
+    Brindle::appendToBuffer(block, payload.data, payload.size);
+  }
+  if (block.size > MAX_META_BLOCK_BYTES) return {BLOCK_TOO_LARGE, tooLarge};
+  return {};
+}
+
+// The value, if any, of one element of BlockSpec.fields.
+Refusal readFieldValue(Napi::Env env, const Napi::Value& element,
+                       const Meta& meta, DataMap& record) {
+  const Napi::Value value = readProperty(env, element, "value");
+  if (isAbsent(value)) return {};
+  std::string text;
+  const bool named = convertToText(readProperty(env, element, "name"), text);
+  const MetaField* field = named ? meta.field(safeText(text)) : nullptr;
+  if (field == nullptr) {
+    return {INTERNAL, "field lookup failed post-addField: " + text};
+  }
+  return storeValue(env, value, *field, text,
+                    "DataMap.insert_or_assign failed for ", record);
+}
+
+Refusal readFieldValues(Napi::Env env, const Napi::Object& blockSpec,
+                        const Meta& meta, DataMap& record) {
+  Napi::Value fields;
+  BuildError error;
+  // Read a second time, which may turn out otherwise. What is no array holds no
+  // values; but what cannot be read may hold some.
+  if (!readFields(env, blockSpec, fields, error) && isUnreadable(fields)) {
+    return refuseWith(error);
+  }
+  Refusal refusal;
+  if (fields.IsArray()) {
+    forEachElement(env, fields, [&](const Napi::Value& element) {
+      refusal = readFieldValue(env, element, meta, record);
+      return !refusal;
+    });
+  }
+  return refusal;
+}
+
+Refusal build(Napi::Env env, const Napi::Object& blockSpec,
+              gs::container<uint8>& block) {
+  BuildError error;
+  const std::shared_ptr<Meta> meta = buildMetaSchema(env, blockSpec, error);
+  if (!meta) return refuseWith(error);
+  DataMap record;
+  if (Refusal refusal = readFieldValues(env, blockSpec, *meta, record)) {
+    return refusal;
+  }
+  gs::container<uint8> packed = meta->flag(Brindle::MetaFlags::HAS_CRC)
+                                    ? meta->packWithCrc(nullptr)
+                                    : meta->pack(0);
+  return finishBlock(std::move(packed), *meta, &record,
+                     "built block exceeds MAX_META_BLOCK_BYTES (65536)", block);
+}
+
+Napi::Value BuildBlock(const Napi::CallbackInfo& info) {
+  static constexpr GuardTexts TEXTS = {
+      "[brindle] buildBlock threw: %s\n",
+      "[brindle] buildBlock threw unknown exception\n",
+      "buildBlock internal failure"};
+  const Napi::Env env = info.Env();
+  return guarded(env, TEXTS, [&](Napi::Value& value) -> Refusal {
+    if (info.Length() == 0 || !info[0].IsObject()) {
+      return {INVALID_ARGUMENT, "buildBlock expects a BlockSpec object"};
+    }
+    gs::container<uint8> block;
+    if (Refusal refusal = build(env, info[0].As<Napi::Object>(), block)) {
+      return refusal;
+    }
+    value = byteArrayToBuffer(env, block);
+    return {};
+  });
+}
+
+// The names of an object's own enumerable properties. An edit must not get lost
+// in silence, so names that cannot be listed are left to the guard.
+Napi::Value ownNames(Napi::Env env, const Napi::Value& object) {
+  napi_value names = nullptr;
+  const auto filter =
+      static_cast<napi_key_filter>(napi_key_enumerable | napi_key_skip_symbols);
+  throwUnlessOk(
+      env, napi_get_all_property_names(env, object, napi_key_own_only, filter,
+                                       napi_key_numbers_to_strings, &names));
+  return {env, names};
+}
+
+Refusal applyEdit(Napi::Env env, const Napi::Value& values,
+                  const Napi::Value& key, const Meta& meta, DataMap& record) {
+  const std::string text = textOf(key);
+  const MetaField* field = meta.field(safeText(text));
+  if (!key.IsString() || field == nullptr || field->isMeta()) return {};
+  const Napi::Value value = readProperty(env, values, napi_value(key));
+  if (isAbsent(value)) return {};
+  return storeValue(env, value, *field, text,
+                    "DataMap.insert_or_assign failed for field ", record);
+}
+
+Refusal applyEdits(Napi::Env env, const Napi::Value& values, const Meta& meta,
+                   DataMap& record) {
+  Refusal refusal;
+  forEachElement(env, ownNames(env, values), [&](const Napi::Value& key) {
+    refusal = applyEdit(env, values, key, meta, record);
+    return !refusal;
+  });
+  return refusal;
+}
+
+Refusal repack(Napi::Env env, const Napi::Value& rawBytes,
+               const Napi::Value& values, gs::container<uint8>& out) {
+  gs::container<uint8> bytes;
+  if (!bufferToByteArray(rawBytes, bytes)) {
+    return {INVALID_ARGUMENT, "failed to copy-in rawBytes"};
+  }
+  if (Refusal refusal = checkBlockSize(
+          bytes.size, "rawBytes smaller than minimum header size",
+          "rawBytes exceeds size cap")) {
+    return refusal;
+  }
+  Block block;
+  if (!readBlock(bytes, block)) return unpackFailed();
+  if (Refusal refusal = applyEdits(env, values, *block.meta, block.record)) {
+    return refusal;
+  }
+  // Always without a trailer, whatever the flags say.
+  const bool hasPayload = block.hasPayload || !block.record.empty();
+  return finishBlock(
+      block.meta->pack(0), *block.meta, hasPayload ? &block.record : nullptr,
+      "repacked block exceeds MAX_META_BLOCK_BYTES (65536)", out);
+}
+
+// The edits of a DTO. Read past readProperty: see ownNames.
+Napi::Value readValues(Napi::Env env, const Napi::Value& dto) {
+  napi_value values = nullptr;
+  throwUnlessOk(env, napi_get_named_property(env, dto, "values", &values));
+  return {env, values};
+}
+
+Napi::Value PackMetaBlock(const Napi::CallbackInfo& info) {
+  static constexpr GuardTexts TEXTS = {
+      "[brindle] packMetaBlock threw: %s\n",
+      "[brindle] packMetaBlock threw unknown exception\n",
+      "packMetaBlock internal failure"};
+  const Napi::Env env = info.Env();
+  return guarded(env, TEXTS, [&](Napi::Value& value) -> Refusal {
+    if (info.Length() == 0 || !info[0].IsObject()) {
+      return {INVALID_ARGUMENT, "packMetaBlock expects a MetaBlockDTO object"};
+    }
+    const Napi::Value rawBytes = readProperty(env, info[0], "rawBytes");
+    if (!rawBytes.IsBuffer()) {
+      return {NOT_IMPLEMENTED,
+              "packMetaBlock from DTO without rawBytes is not supported. Pass "
+              "the DTO's rawBytes (verbatim or with edited values)."};
+    }
+    const Napi::Value values = readValues(env, info[0]);
+    if (!values.IsObject() || values.IsArray()) {
+      value = byteArrayToBuffer(env, bytesOf(rawBytes));
+      return {};
+    }
+    gs::container<uint8> block;
+    if (Refusal refusal = repack(env, rawBytes, values, block)) return refusal;
+    value = byteArrayToBuffer(env, block);
+    return {};
+  });
+}
+
+}  // namespace
+
+void addWriteExports(Napi::Env env, Napi::Object exports) {
+  exports.Set("packMetaBlock", Napi::Function::New(env, PackMetaBlock));
+  exports.Set("buildBlock", Napi::Function::New(env, BuildBlock));
+}
+
+}  // namespace brindle_napi

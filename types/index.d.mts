@@ -1,0 +1,2 @@
+export * from './index.cjs';
+export { default } from './index.cjs';
