@@ -40,6 +40,11 @@ function checkTypes() {
   console.log('types: tests/types compiles');
 }
 
+function demo() {
+  buildModule();
+  run(process.execPath, ['examples/demo.mjs']);
+}
+
 function test() {
   runNativeTests(buildWithTests('dev', 'Release'));
   runJsTests();
@@ -57,7 +62,7 @@ function format() {
   run('clang-format', ['-i', ...cppFiles()]);
 }
 
-const tasks = { build: buildModule, test, format };
+const tasks = { build: buildModule, demo, test, format };
 
 const task = tasks[process.argv[2]];
 if (task === undefined) fail(`tasks: ${Object.keys(tasks).join(', ')}`);
