@@ -1,5 +1,6 @@
 // node scripts/run.mjs <task>. Every task does the set-up that it needs, so
 // that each can be the first command in a new checkout.
+import { execFileSync } from 'node:child_process';
 import { readdirSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { join } from 'node:path';
@@ -51,6 +52,27 @@ function test() {
   checkTypes();
 }
 
+function asan() {
+  buildModule();  // for the tests of the loader
+  const folder = buildWithTests('asan');
+  const env = {
+    ...process.env,
+    // Too large an allocation must fail as in the product, not end the run.
+    ASAN_OPTIONS: 'detect_leaks=1:strict_string_checks=1:' +
+      'allocator_may_return_null=1',
+    UBSAN_OPTIONS: 'print_stacktrace=1:halt_on_error=1',
+  };
+  runNativeTests(folder, env);
+  // Node.js is not instrumented, so the run-time library has to come first.
+  const library = execFileSync('g++', ['-print-file-name=libasan.so'],
+    { encoding: 'utf8' });
+  runJsTests({
+    ...env,
+    LD_PRELOAD: library.trim(),
+    BRINDLE_TEST_MODULE: join(folder, 'brindle.node'),
+  });
+}
+
 const cppFiles = () =>
   ['foundation', 'schema', 'serialization', 'binding', 'tests'].flatMap(
     (folder) => readdirSync(join(root, folder), { recursive: true })
@@ -62,7 +84,23 @@ function format() {
   run('clang-format', ['-i', ...cppFiles()]);
 }
 
-const tasks = { build: buildModule, demo, test, format };
+function lint() {
+  needDebianPackages('cmake', 'ninja-build', 'libgtest-dev', 'clang',
+    'clang-format', 'clang-tidy');
+  needNpmPackages();
+  runQuietly('clang-format', ['--dry-run', '-Werror', ...cppFiles()]);
+  console.log('clang-format: clean');
+  const folder = build('clang');
+  console.log('clang++: no warnings');
+  // Not the tests, whose folders have the same names: the macros of GoogleTest
+  // would have to be excused one by one.
+  const product = '(?<!/tests/native)' +
+    '/(foundation|schema|serialization|binding)/\\w+\\.cpp$';
+  runQuietly('run-clang-tidy', ['-quiet', '-p', folder, product]);
+  console.log('clang-tidy: clean');
+}
+
+const tasks = { build: buildModule, demo, test, asan, lint, format };
 
 const task = tasks[process.argv[2]];
 if (task === undefined) fail(`tasks: ${Object.keys(tasks).join(', ')}`);
