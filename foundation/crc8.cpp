@@ -1,20 +1,9 @@
 #include "foundation/crc8.h"
 
-namespace {
+#include "foundation/crc_table.h"
 
-constexpr std::array<uint8, 256> makeTable() {
-  std::array<uint8, 256> table{};
-  for (unsigned i = 0; i < 256; ++i) {
-    unsigned crc = i;
-    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1) * 0xE0;
-    table[i] = static_cast<uint8>(crc);
-  }
-  return table;
-}
-
-}  // namespace
-
-constinit const std::array<uint8, 256> CRC8::CRC8Table = makeTable();
+constinit const std::array<uint8, 256> CRC8::CRC8Table =
+    makeCrcTable<uint8>(0xE0);
 
 uint8 CRC8::crc(uint8 seed, const uint8* data, size_t len) {
   return crc(seed, static_cast<const volatile uint8*>(data), len);
