@@ -9,7 +9,8 @@ const n = (type, more) => ({ name: 'n', type, ...more });
 const zero = (type, more) => ({ name: 'n\0n', type, ...more });
 const field = (element) => ({ metaName, fields: [element] });
 const constant = (element) => ({ metaName, metaFields: [element] });
-const levels6 = [...'12345'].reduce((nested) => field(n('datamap', { nested })), { metaName });
+const levels = (names) =>
+  [...names].reduce((nested) => field(n('datamap', { nested })), { metaName });
 const record = (value) => zero('datamap', { value, nested: field(n('int8')) });
 
 // A description that changes while it is read: a field comes late.
@@ -62,7 +63,7 @@ const refusals = {
       [`unknown field type: ${type}`, [field(n(type, { enumOptions: 5 }))]],
       [`unknown meta-field type: ${type}`, [constant(n(type, { enumOptions: 5 }))]]])),
   INTERNAL: {
-    'Meta::pack() returned empty buffer': [levels6],
+    'Meta::pack() returned empty buffer': [levels('12345')],
     "Meta::addField failed for 'n\0n'": [field(zero('enum', { value: 'x' })),
       { metaName, fields: [n('int8'), zero('uint8')] }],
     "Meta::addMetaField failed for 'n\0n'": [constant(zero('enum', { value: 1 }))],
@@ -159,6 +160,8 @@ test('edits lie over the record, new values behind it', () => {
     assert.deepEqual(repacked(data, values), bytes(data.subarray(0, head.length), payload));
     assert.deepEqual(data, before);
   }
+  const deepest = valueOf(buildBlock(levels('1234')));
+  assert.deepEqual(repacked(deepest, {}), deepest);
 });
 
 test('bytes that vanish while a block is read do no harm', () => {

@@ -31,6 +31,17 @@ TEST(Text, ConvertsNumbersAndBoundsWhatItReads) {
   EXPECT_STREQ(gs::strnstr("abcabc", "ca", 4), "cabc");
 }
 
+TEST(Text, ComparesInAsciiAndUnquotes) {
+  EXPECT_TRUE(isEqualUncased("aB{", "Ab{"));
+  EXPECT_FALSE(isEqualUncased("a[", "a{"));  // apart by the bit of the case
+  EXPECT_FALSE(isEqualUncased("ab", "abc"));
+  EXPECT_TRUE(isPrefixUncased("content-type", "x", "CONTENT"));
+  EXPECT_FALSE(isPrefixUncased("con", "CONTENT"));
+  char quoted[] = R"("say \"hi\"")";
+  removeSpecSymb(quoted);
+  EXPECT_STREQ(quoted, R"(say "hi")");
+}
+
 TEST(Diagnostics, PrintsWholeLinesInTheOrderOfTheProgram) {
   for (size_t n : {0u, 510u, 511u, 512u, 513u, 100000u}) {
     const std::string text(n, 'x');

@@ -106,6 +106,12 @@ TEST(MetaPack, NamesCountsAndNestingEndAtTheirLimits) {
     nested = innerMeta(nested);
     EXPECT_EQ(repacked(*nested),
               levels < 6 ? "ok" : "Recursion limit reached\n");
+    const auto withCrc = [&] {
+      return nested->packWithCrc(nullptr).empty() ? "" : "ok";
+    };
+    EXPECT_EQ(
+        outcomeOf(withCrc),
+        levels < 6 ? "ok" : "Recursion limit reached\nBuffer too small\n");
   }
 }
 

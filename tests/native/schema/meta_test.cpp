@@ -68,4 +68,10 @@ TEST(Meta, CopiesShareNestedSchemasAndConstantsOnly) {
   EXPECT_EQ(copy.field("f1")->index, 1);
   copy.addField("new", FieldType::INT8, false);  // a second field of index 35
   EXPECT_EQ(copy.field("new")->index, 35);
+  std::pair<FieldType, bool> type;
+  EXPECT_FALSE(copy.getFieldType("f0", type));
+  EXPECT_TRUE(copy.getFieldType("f15", type));
+  EXPECT_EQ(type, std::make_pair(FieldType::INT32, true));
+  FieldValue value;
+  EXPECT_FALSE(copy.getMetaValue("f9", value));  // no constant
 }
