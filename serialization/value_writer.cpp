@@ -146,8 +146,7 @@ bool Serializer::serializeIntArray(const ArrayOf<T>& array,
 bool Serializer::serializeStringEnum(const SafeString& name,
                                      const EnumMapping& entries,
                                      gs::container<uint8>& out) {
-  const auto* found =
-      entries.find([&](const EnumEntry& entry) { return entry.name == name; });
+  const auto* found = findNamed(entries, name);
   if (found != nullptr) return appendNumber(out, found->value.value);
   pqpr("Invalid ENUM value %s ", name.c_str());
   for (const EnumEntry& entry : entries) pqpr("Enum %s", entry.name.c_str());
