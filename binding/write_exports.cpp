@@ -24,9 +24,9 @@ Refusal refuseWith(const BuildError& error) {
   return {error.code, error.message};
 }
 
-// Converts one value and stores it under `name`. `text` is the name as
-// JavaScript gave it, and stands in messages: quoted, after `insertFailed` when
-// the record has no memory for it.
+// Converts one value and stores it under the field's name. `text` is that name
+// as JavaScript gave it, for the messages: quoted, after `insertFailed` when
+// the record has no memory for the value.
 Refusal storeValue(Napi::Env env, const Napi::Value& value,
                    const MetaField& field, const std::string& text,
                    const char* insertFailed, DataMap& record) {
