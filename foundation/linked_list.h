@@ -65,24 +65,12 @@ struct LinkedList {
     while (head != nullptr) remove(head);
   }
 
-  // Moves all nodes of `other` behind the last of this list.
-  void splice(LinkedList&& other) noexcept {
-    if (other.head == nullptr) return;
-    (tail == nullptr ? head : tail->next) = other.head;
-    other.head->prev = tail;
-    tail = std::exchange(other.tail, nullptr);
-    other.head = nullptr;
-    count += std::exchange(other.count, 0);
-  }
-
   // The first node whose value satisfies `test`, or null.
   template <class Test>
-  Node* find(Test&& test) {
-    return firstFrom(head, test);
-  }
-  template <class Test>
   const Node* find(Test&& test) const {
-    return firstFrom<const Node>(head, test);
+    const Node* node = head;
+    while (node != nullptr && !test(node->value)) node = node->next;
+    return node;
   }
 
   bool empty() const { return count == 0; }
@@ -102,15 +90,6 @@ struct LinkedList {
   Iterator<T> end() { return {nullptr}; }
   Iterator<const T> begin() const { return {head}; }
   Iterator<const T> end() const { return {nullptr}; }
-
- private:
-  template <class AnyNode, class Test>
-  static AnyNode* firstFrom(AnyNode* node, Test& test) {
-    while (node != nullptr && !test(std::as_const(node->value))) {
-      node = node->next;
-    }
-    return node;
-  }
 };
 
 }  // namespace gs

@@ -9,17 +9,10 @@
 #include "foundation/container.h"
 #include "foundation/safe_string.h"
 #include "schema/field_type.h"
-#include "schema/named.h"
 
 namespace Brindle {
 
 class DataMap;
-
-// One row of an enum field's mapping. Names are meant to be unique within a
-// mapping, codes need not be.
-struct EnumEntry : Named {
-  uint8 value = 0;
-};
 
 // The value of an enum field: the code of the chosen entry.
 struct EnumType {

@@ -9,29 +9,17 @@ namespace Brindle {
 namespace {
 
 void add(Checksum& sum, const MetaField& field) {
-  sum.add(field.name);
+  sum.add(field.name.text());
   sum.add(field.type);
   sum.add(field.flags);
   if (field.type == FieldType::ENUM) {
     for (const EnumEntry& entry : field.enumMapping) {
-      sum.add(entry.name);
+      sum.add(entry.name.text());
       sum.add(entry.value);
     }
   }
   if (field.meta) sum.add(field.meta->crc());
   if (field.value) sum.add(field.value->crc());
-}
-
-// The entries of `added` whose names neither `known` nor an earlier one has.
-EnumMapping newEntries(const EnumMapping& known, const EnumMapping& added) {
-  EnumMapping fresh;
-  for (const EnumEntry& entry : added) {
-    if (findNamed(known, entry.name) == nullptr &&
-        findNamed(fresh, entry.name) == nullptr) {
-      fresh.append(EnumEntry(entry));
-    }
-  }
-  return fresh;
 }
 
 }  // namespace
@@ -64,12 +52,12 @@ void Meta::setFlag(MetaFlags bits, bool on) {
 }
 
 MetaField* Meta::field(const SafeString& name) {
-  auto* node = findNamed(fields_, name);
+  auto* node = fields_.find(name);
   return node == nullptr ? nullptr : &node->value;
 }
 
 const MetaField* Meta::field(const SafeString& name) const {
-  const auto* node = findNamed(fields_, name);
+  const auto* node = fields_.find(name);
   return node == nullptr ? nullptr : &node->value;
 }
 
@@ -91,16 +79,20 @@ bool Meta::getMetaValue(const SafeString& name, FieldValue& out) const {
 bool Meta::addField(const SafeString& name, FieldFlags flags, FieldType type,
                     EnumMapping&& enumMapping, std::shared_ptr<Meta> meta,
                     std::shared_ptr<FieldValue> value) {
+  MetaField given{name,
+                  type,
+                  0,
+                  flags,
+                  std::move(enumMapping),
+                  std::move(meta),
+                  std::move(value)};
   bool changed = false;
-  const bool accepted =
-      insertField({cloneOf(name), type, 0, flags, std::move(enumMapping),
-                   std::move(meta), std::move(value)},
-                  changed);
+  const bool accepted = insertField(given, changed);
   if (changed) updateCrc();
   return accepted;
 }
 
-bool Meta::insertField(MetaField&& given, bool& changed) {
+bool Meta::insertField(MetaField& given, bool& changed) {
   if (given.type == FieldType::ENUM && given.enumMapping.empty()) {
     pqpr("ENUM field must have a mapping of possible values.");
     return false;
@@ -110,7 +102,7 @@ bool Meta::insertField(MetaField&& given, bool& changed) {
   }
   MetaField* existing = field(given.name);
   if (existing == nullptr) {
-    given.index = static_cast<uint16>(fields_.count);
+    given.index = static_cast<uint16>(fields().count);
     fields_.append(std::move(given));
     changed = true;
     return true;
@@ -119,9 +111,7 @@ bool Meta::insertField(MetaField&& given, bool& changed) {
     pqpr("Field already exists with different type");
     return false;
   }
-  EnumMapping fresh = newEntries(existing->enumMapping, given.enumMapping);
-  changed = !fresh.empty();
-  existing->enumMapping.splice(std::move(fresh));
+  if (existing->enumMapping.merge(given.enumMapping)) changed = true;
   return true;
 }
 
@@ -143,7 +133,7 @@ bool Meta::addMetaField(const SafeString& name, FieldType type,
 }
 
 void Meta::deleteField(const SafeString& name) {
-  auto* node = findNamed(fields_, name);
+  auto* node = fields_.find(name);
   if (node == nullptr) return;
   fields_.remove(node);
   updateCrc();
@@ -153,7 +143,7 @@ void Meta::updateCrc() {
   Checksum sum;
   sum.add(name_);
   sum.add(flags_);
-  for (const MetaField& field : fields_) add(sum, field);
+  for (const MetaField& field : fields()) add(sum, field);
   crc_ = sum.value();
 }
 

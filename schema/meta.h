@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "schema/meta_field.h"
+#include "schema/named_list.h"
 
 namespace Brindle {
 
@@ -29,7 +30,7 @@ class Meta {
   virtual ~Meta() = default;
 
   const SafeString& name() const { return name_; }
-  const gs::LinkedList<MetaField>& fields() const { return fields_; }
+  const gs::LinkedList<MetaField>& fields() const { return fields_.list(); }
   // CRC-32/JAMCRC over the name, the flags and, field by field, the name, type,
   // flags, enum entries (name and code) and the 4-byte checksums of the nested
   // schema and of the constant; no lengths. A nested schema that changes later
@@ -72,6 +73,11 @@ class Meta {
                     const FieldValue& value, bool repeated,
                     EnumMapping&& enumMapping = {},
                     std::shared_ptr<Meta> meta = nullptr);
+  // The same for many fields in a row: `changed` becomes true when the schema
+  // has changed, and the checksum is left for updateCrc() to refresh. `given`
+  // is moved from unless its name is known already.
+  bool insertField(MetaField& given, bool& changed);
+  void updateCrc();
   // Removes the field of that name, if any; the others keep their index.
   void deleteField(const SafeString& name);
 
@@ -97,11 +103,6 @@ class Meta {
   static size_t getPacketMetaSize(const uint8* data, size_t length);
 
  private:
-  void updateCrc();
-  // addField without the checksum: that is for the caller to refresh if the
-  // schema has changed.
-  bool insertField(MetaField&& given, bool& changed);
-
   static bool validateHeader(const PackedMetaHeader& header,
                              size_t bufferLength);
   static bool processCrc(const PackedMetaHeader& header,
@@ -121,7 +122,7 @@ class Meta {
   SafeString name_;
   uint32 crc_ = 0;
   MetaFlags flags_ = MetaFlags::NONE;
-  gs::LinkedList<MetaField> fields_;
+  NamedList<MetaField> fields_;
 };
 
 }  // namespace Brindle

@@ -2,14 +2,12 @@
 
 #include <memory>
 
-#include "foundation/linked_list.h"
+#include "schema/enum_mapping.h"
 #include "schema/field_value.h"
 
 namespace Brindle {
 
 class Meta;
-
-using EnumMapping = gs::LinkedList<EnumEntry>;
 
 // One field of a schema. Copies share the nested schema and the value.
 struct MetaField : Named {  // the name is unique within its schema

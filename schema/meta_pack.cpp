@@ -22,7 +22,7 @@ bool packText(const SafeString& text, gs::container<uint8>& out) {
 }
 
 bool packEnumMapping(const EnumMapping& mapping, gs::container<uint8>& out) {
-  bool ok = appendNumber(out, static_cast<uint32>(mapping.count));
+  bool ok = appendNumber(out, static_cast<uint32>(mapping.count()));
   for (const EnumEntry& entry : mapping) {
     ok = ok && packText(entry.name, out) && appendNumber(out, entry.value);
   }
@@ -76,13 +76,13 @@ gs::container<uint8> Meta::pack(uint8 depth) const {
   PackedMetaHeader header;
   header.flags = flags_;
   header.crc = crc_;
-  header.fieldsCount = static_cast<uint32>(fields_.count);
+  header.fieldsCount = static_cast<uint32>(fields().count);
   header.nameLength =
       static_cast<uint8>(std::min(name_.length(), PackedMetaHeader::MAX_NAME));
   gs::container<uint8> out;
   bool ok = header.append(out) &&
             appendToBuffer(out, name_.bytes().data, header.nameLength);
-  for (const MetaField& field : fields_) {
+  for (const MetaField& field : fields()) {
     ok = ok && packDescriptor(field, static_cast<uint8>(level), out);
   }
   if (!ok) return {};

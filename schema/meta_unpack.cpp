@@ -80,11 +80,12 @@ bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
   if (!extractNumber(buffer, offset, count)) return false;
   for (uint32 i = 0; i < count; ++i) {
     uint32 length = 0;
-    EnumEntry entry;
+    SafeString name;
+    uint8 code = 0;
     if (!extractNumber(buffer, offset, length) ||
-        !extractStrFromBuffer(buffer, offset, length, entry.name) ||
-        !extractNumber(buffer, offset, entry.value) ||
-        out.append(std::move(entry)) == nullptr) {
+        !extractStrFromBuffer(buffer, offset, length, name) ||
+        !extractNumber(buffer, offset, code) ||
+        !out.append({std::move(name), code})) {
       return false;
     }
   }
@@ -121,12 +122,14 @@ bool Meta::processFieldValue(MetaField& field, const gs::ConstBuf& buffer,
 bool Meta::unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
                             uint8 level, MetaField& out) {
   uint32 length = 0;
+  SafeString name;
   if (!extractNumber(buffer, offset, length) ||
-      !extractStrFromBuffer(buffer, offset, length, out.name) ||
+      !extractStrFromBuffer(buffer, offset, length, name) ||
       !extractNumber(buffer, offset, out.type) ||
       !extractNumber(buffer, offset, out.flags)) {
     return false;
   }
+  out.name = std::move(name);
   if (out.type == FieldType::ENUM) {
     return processEnumField(buffer, offset, out.enumMapping);
   }
@@ -140,9 +143,9 @@ bool Meta::unpackField(const gs::ConstBuf& buffer, size_t& offset,
                        uint8 level) {
   MetaField read;
   if (!unpackDescriptor(buffer, offset, level, read)) return false;
-  const SafeString name = cloneOf(read.name);
+  const Name name = read.name;
   bool changed = false;
-  if (!insertField(std::move(read), changed)) {
+  if (!insertField(read, changed)) {
     pqpr("Failed to add field");
     return false;
   }

@@ -1,34 +1,43 @@
 #pragma once
 
-#include "foundation/linked_list.h"
+#include <memory>
+#include <utility>
+
 #include "foundation/safe_string.h"
 
 namespace Brindle {
 
-// What fields, enum entries and record entries have in common. A copy keeps the
-// name or throws std::bad_alloc: it is never left without.
-struct Named {
-  SafeString name;
+// The name of a field, enum entry or record entry: a text that never changes
+// and that all copies share, so that a record costs no memory for the names it
+// has from its schema.
+class Name {
+ public:
+  Name() = default;  // without a buffer: equal to no name
+  // Take or copy a text, or throw std::bad_alloc: a name never gets lost.
+  // NOLINTBEGIN(google-explicit-constructor): texts serve as names
+  Name(SafeString&& text)
+      : shared(std::make_shared<const SafeString>(std::move(text))) {}
+  Name(const SafeString& text) : Name(cloneOf(text)) {}
+  Name(const char* text) : Name(cloneOf(text)) {}
 
-  Named() = default;
-  // NOLINTBEGIN(google-explicit-constructor): {"name", ...} makes an element
-  Named(SafeString text) : name(std::move(text)) {}
-  Named(const char* text) : name(text) {}
+  operator const SafeString&() const { return shared ? *shared : none(); }
   // NOLINTEND(google-explicit-constructor)
-  Named(const Named& other) : name(cloneOf(other.name)) {}
-  Named(Named&&) noexcept = default;
-  Named& operator=(Named other) noexcept {
-    name = std::move(other.name);
-    return *this;
+  const SafeString& text() const { return *this; }
+  const char* c_str() const { return text().c_str(); }
+
+ private:
+  static const SafeString& none() {
+    static const SafeString NONE;
+    return NONE;
   }
-  ~Named() = default;
+
+  std::shared_ptr<const SafeString> shared;
 };
 
-// The node of the first element of that name, or null. Names are compared
-// exactly, up to their first zero byte.
-template <class List>
-auto* findNamed(List& list, const SafeString& name) {
-  return list.find([&](const Named& element) { return element.name == name; });
-}
+// What fields, enum entries and record entries have in common. Names are
+// compared exactly, up to their first zero byte.
+struct Named {
+  Name name;
+};
 
 }  // namespace Brindle

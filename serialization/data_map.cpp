@@ -15,26 +15,23 @@ FieldValue* DataMap::operator[](const SafeString& name) {
   return found == end() ? nullptr : &found->value.value;
 }
 
-bool DataMap::insert_or_assign(const SafeString& name,
-                               const FieldValue& value) {
+bool DataMap::insert_or_assign(const Name& name, const FieldValue& value) {
   FieldValue* existing = (*this)[name];
   if (existing == nullptr) return emplace(name, value);
   *existing = value;
   return true;
 }
 
-bool DataMap::emplace(const SafeString& name, const FieldValue& value) {
-  Entry entry{name, value};
-  return entry.name.wasLastOpSuccessful() &&
-         entries.append(std::move(entry)) != nullptr;
+bool DataMap::emplace(const Name& name, const FieldValue& value) {
+  return entries.append({name, value}) != nullptr;
 }
 
 DataMap::iterator DataMap::find(const SafeString& name) {
-  return findNamed(entries, name);
+  return entries.find(name);
 }
 
 DataMap::const_iterator DataMap::find(const SafeString& name) const {
-  return findNamed(entries, name);
+  return entries.find(name);
 }
 
 void DataMap::erase(const SafeString& name) {
@@ -44,8 +41,8 @@ void DataMap::erase(const SafeString& name) {
 
 uint32 DataMap::crc() const {
   Checksum sum;
-  for (const Entry& entry : entries) {
-    sum.add(entry.name);
+  for (const Entry& entry : data()) {
+    sum.add(entry.name.text());
     sum.add(entry.value.crc());
   }
   return sum.value();

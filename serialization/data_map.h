@@ -2,8 +2,8 @@
 
 #include <initializer_list>
 
-#include "foundation/linked_list.h"
 #include "schema/field_value.h"
+#include "schema/named_list.h"
 
 namespace Brindle {
 
@@ -30,10 +30,11 @@ class DataMap {
   FieldValue* operator[](const SafeString& name);
 
   // Assigns to the first entry of that name, or appends a new one. False, with
-  // the record unchanged, only when memory runs out.
-  bool insert_or_assign(const SafeString& name, const FieldValue& value);
+  // the record unchanged, only when there is no memory for an entry; making a
+  // Name of another text throws std::bad_alloc.
+  bool insert_or_assign(const Name& name, const FieldValue& value);
   // Appends, whether the name exists or not. False as above.
-  bool emplace(const SafeString& name, const FieldValue& value);
+  bool emplace(const Name& name, const FieldValue& value);
 
   // The first entry of that name, or end().
   iterator find(const SafeString& name);
@@ -44,21 +45,21 @@ class DataMap {
 
   // Iterators are nodes: step with ->next until end(), which is null. For a
   // loop over the entries use data().
-  iterator begin() { return entries.head; }
-  const_iterator begin() const { return entries.head; }
+  iterator begin() { return entries.head(); }
+  const_iterator begin() const { return data().head; }
   iterator end() { return nullptr; }
   const_iterator end() const { return nullptr; }
-  const List& data() const { return entries; }
+  const List& data() const { return entries.list(); }
 
-  bool empty() const { return entries.empty(); }
-  size_t size() const { return entries.count; }
+  bool empty() const { return data().empty(); }
+  size_t size() const { return data().count; }
 
   // CRC-32/JAMCRC over each entry's name and the 4 bytes of its value's
   // checksum, in order; 0xFFFFFFFF for an empty record.
   uint32 crc() const;
 
  private:
-  List entries;
+  NamedList<Entry> entries;
 };
 
 }  // namespace Brindle

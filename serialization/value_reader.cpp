@@ -1,7 +1,6 @@
 // Reads what value_writer.cpp writes; the encodings stand there.
 
 #include <algorithm>
-#include <bitset>
 
 #include "foundation/diagnostics.h"
 #include "foundation/zigzag.h"
@@ -33,8 +32,7 @@ struct ValueReader {
   const MetaField& field;
   const gs::ConstBuf& buf;
   size_t& offset;
-  uint8 depth = 0;
-  std::bitset<256> codes{};  // that an enum field accepts
+  uint8 depth;
 
   template <NonVarint T>
   bool read(T& out) const {
@@ -42,7 +40,7 @@ struct ValueReader {
   }
   bool read(EnumType& out) const {
     if (!Serializer::deserializeNonVarint(buf, offset, out)) return false;
-    if (codes[out.value]) return true;
+    if (field.enumMapping.hasCode(out.value)) return true;
     pqpr("Invalid ENUM value for field");
     return false;
   }
@@ -112,9 +110,7 @@ bool Serializer::deserializeField(const MetaField& field,
     pqpr("Unsupported field type");
     return false;
   }
-  ValueReader reader{field, buf, offset, depth};
-  for (const EnumEntry& entry : field.enumMapping)
-    reader.codes.set(entry.value);
+  const ValueReader reader{field, buf, offset, depth};
   return dispatchType(field.type,
                       [&](auto element) { return reader(element, value); });
 }

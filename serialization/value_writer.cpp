@@ -146,8 +146,8 @@ bool Serializer::serializeIntArray(const ArrayOf<T>& array,
 bool Serializer::serializeStringEnum(const SafeString& name,
                                      const EnumMapping& entries,
                                      gs::container<uint8>& out) {
-  const auto* found = findNamed(entries, name);
-  if (found != nullptr) return appendNumber(out, found->value.value);
+  const EnumEntry* found = entries.find(name);
+  if (found != nullptr) return appendNumber(out, found->value);
   pqpr("Invalid ENUM value %s ", name.c_str());
   for (const EnumEntry& entry : entries) pqpr("Enum %s", entry.name.c_str());
   return false;

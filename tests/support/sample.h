@@ -24,11 +24,6 @@ FieldValue array(std::initializer_list<T> elements) {
   for (const T& element : elements) made->emplace(element);
   return made;
 }
-inline EnumMapping mapping(std::initializer_list<EnumEntry> entries) {
-  EnumMapping made;
-  for (const EnumEntry& entry : entries) made.append(EnumEntry(entry));
-  return made;
-}
 
 // The schema "in" with the one field "n": a record if its schema is given, else
 // uint8.
@@ -42,11 +37,11 @@ inline std::shared_ptr<Meta> innerMeta(std::shared_ptr<Meta> nested = nullptr) {
 // A field for values of the alternative `index`. Enums are off = 0 and on = 1.
 inline MetaField fieldFor(size_t index) {
   MetaField field;
-  field.name.format("f%zu", index);
+  field.name = Name(SafeString("f").appendNumber(index));
   field.type = FieldType(index % FIELD_TYPE_COUNT);
   if (index >= FIELD_TYPE_COUNT) field.flags = FieldFlags::REPEATED;
   if (field.type == FieldType::ENUM) {
-    field.enumMapping = mapping({{"off", 0}, {"on", 1}});
+    field.enumMapping = {{"off", 0}, {"on", 1}};
   }
   if (field.type == FieldType::DATA_MAP) field.meta = innerMeta();
   return field;
@@ -104,8 +99,9 @@ inline Meta sampleMeta() {
   }
   for (size_t i : {2u, 5u, 8u, 9u, 10u, 11u, 19u, 22u, 23u, 24u}) {
     MetaField f = fieldFor(i);
-    meta.addMetaField(f.name.append("k"), f.type, samples()[i].value,
-                      f.isRepeated(), std::move(f.enumMapping));
+    meta.addMetaField(SafeString(f.name.text()).append("k"), f.type,
+                      samples()[i].value, f.isRepeated(),
+                      std::move(f.enumMapping));
   }
   return meta;
 }

@@ -6,7 +6,7 @@ using namespace Brindle;
 // Two fields and a constant: e, off = 0 or on = 1; d, a record; k = 300.
 static Meta smallMeta() {
   Meta meta("m");
-  meta.addField("e", FieldType::ENUM, false, mapping({{"off", 0}, {"on", 1}}));
+  meta.addField("e", FieldType::ENUM, false, {{"off", 0}, {"on", 1}});
   meta.addField("d", FieldType::DATA_MAP, false, {}, innerMeta());
   meta.addMetaField("k", FieldType::UINT16, uint16{300}, false);
   return meta;
@@ -90,7 +90,7 @@ TEST(MetaPack, NamesCountsAndNestingEndAtTheirLimits) {
     Meta meta(name);
     EXPECT_EQ(repacked(meta), n == 254 ? "ok" : "CRC mismatch\n");
     meta = Meta();
-    meta.addField("e", FieldType::ENUM, false, mapping({{name, 1}}));
+    meta.addField("e", FieldType::ENUM, false, {{name, 1}});
     EXPECT_EQ(repacked(meta), outcome);
     meta = Meta();
     meta.addField(name, FieldType::INT8, false);

@@ -20,7 +20,7 @@ TEST(Meta, ChecksumFollowsEveryChangeButSetFlag) {
   EXPECT_EQ(meta.crc(), jam(all));
   meta.addField("a", FieldType::FLOAT, true);
   EXPECT_EQ(meta.crc(), jam(all += "a\x08\x02"));
-  meta.addField("e", FieldType::ENUM, false, mapping({{"x", 9}, {"y", 9}}));
+  meta.addField("e", FieldType::ENUM, false, {{"x", 9}, {"y", 9}});
   EXPECT_EQ(meta.crc(), jam(all += "e\x0A\0x\x09y\x09"s));
   meta.addMetaField("k", FieldType::UINT16, uint16{5}, true);
   EXPECT_EQ(meta.crc(), jam(all += "k\x05\x03" + le(jam("\5\0"s), 4)));
@@ -35,11 +35,10 @@ TEST(Meta, ChecksumFollowsEveryChangeButSetFlag) {
 
 TEST(Meta, KnownNamesOnlyGainNewEntriesAndBadFieldsNothing) {
   Meta meta("m");
-  meta.addField("e", FieldType::ENUM, false, mapping({{"x", 1}}));
+  meta.addField("e", FieldType::ENUM, false, {{"x", 1}});
   for (int round = 0; round < 2; ++round) {
     EXPECT_TRUE(meta.addField("e", FieldFlags(3), FieldType::ENUM,
-                              mapping({{"x", 7}, {"y", 2}, {"y", 3}}),
-                              innerMeta(),
+                              {{"x", 7}, {"y", 2}, {"y", 3}}, innerMeta(),
                               std::make_shared<FieldValue>(EnumType{2})));
     EXPECT_EQ(meta.crc(), jam("m\0e\x0A\0x\1y\2"s));
   }
@@ -62,8 +61,8 @@ TEST(Meta, CopiesShareNestedSchemasAndConstantsOnly) {
   EXPECT_TRUE(copy == meta);
   EXPECT_EQ(copy.field("f12")->meta, meta.field("f12")->meta);
   EXPECT_EQ(copy.field("f9k")->value, meta.field("f9k")->value);
-  copy.addField("f10", FieldType::ENUM, false, mapping({{"new", 3}}));
-  EXPECT_EQ(meta.field("f10")->enumMapping.count, 2u);
+  copy.addField("f10", FieldType::ENUM, false, {{"new", 3}});
+  EXPECT_EQ(meta.field("f10")->enumMapping.count(), 2u);
   copy.deleteField("f0");  // the others keep their index
   EXPECT_EQ(copy.field("f1")->index, 1);
   copy.addField("new", FieldType::INT8, false);  // a second field of index 35
