@@ -13,10 +13,11 @@ constexpr size_t MIN_META_BLOCK_BYTES = 32;
 // The first four bytes of every block, as a little-endian number.
 constexpr uint32 META_MAGIC = 0x5343484D;
 
-// A BlockSpec that nests deeper than this, or holds more BlockSpecs (it may
-// hold the same one many times), is taken for a runaway. Far above what a block
-// can hold, and far below what the stack of a worker thread can.
+// A BlockSpec that nests deeper than this is taken for a runaway: far above
+// what a block can hold, and far below what the stack of a worker thread can.
 constexpr unsigned MAX_SPEC_NESTING = 64;
-constexpr unsigned MAX_SPEC_COUNT = 65536;
+// Steps of work on one object of a caller: several times what the largest block
+// takes.
+constexpr size_t MAX_WORK_STEPS = 8 * MAX_META_BLOCK_BYTES;
 
 }  // namespace brindle_napi

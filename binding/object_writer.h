@@ -27,7 +27,9 @@ inline napi_value textToNapi(napi_env env, const SafeString& text) {
 // name given twice keeps its place and takes the later value.
 class ObjectWriter {
  public:
-  explicit ObjectWriter(napi_env e) : env(e) {}
+  explicit ObjectWriter(napi_env e) : env(e) {
+    throwUnlessOk(env, napi_create_object(env, &object));
+  }
 
   void add(const char* name, napi_value value) {
     properties.push_back({name, nullptr, nullptr, nullptr, nullptr, value,
@@ -38,16 +40,29 @@ class ObjectWriter {
                           nullptr, value, napi_default_jsproperty, nullptr});
   }
 
-  Napi::Object finish() const {
-    napi_value object = nullptr;
-    throwUnlessOk(env, napi_create_object(env, &object));
+  // Calls addOne(element) for each element of a list that may be long. What it
+  // makes is released as soon as the properties it adds are defined.
+  template <class List, class AddOne>
+  void addEach(const List& list, AddOne&& addOne) {
+    constexpr int BATCH = 64;
+    for (auto at = list.begin(); at != list.end();) {
+      const Napi::HandleScope scope(env);
+      for (int i = 0; i < BATCH && at != list.end(); ++i, ++at) addOne(*at);
+      finish();
+    }
+  }
+
+  // The object with all that has been added.
+  Napi::Object finish() {
     throwUnlessOk(env, napi_define_properties(env, object, properties.size(),
                                               properties.data()));
+    properties.clear();
     return {env, object};
   }
 
  private:
   napi_env env;
+  napi_value object = nullptr;
   std::vector<napi_property_descriptor> properties;
 };
 

@@ -40,21 +40,29 @@ bool convertToText(const Napi::Value& value, std::string& out);
 // std::bad_alloc.
 SafeString safeText(const std::string& text);
 
-// Calls visit(element) for the elements of an array in order until it answers
-// false, and answers whether it never did. The length is read once. What visit
-// makes in JavaScript is released every thousand elements or so.
+// Calls visit(i) for 0 to count - 1 until it answers false, and answers whether
+// it never did. What visit makes in JavaScript is released every thousand calls
+// or so.
 template <class Visit>
-bool forEachElement(Napi::Env env, const Napi::Value& array, Visit&& visit) {
-  constexpr uint64 STEP = 1024;
-  const uint64 length = array.As<Napi::Array>().Length();
-  for (uint64 start = 0; start < length; start += STEP) {
+bool inBatches(Napi::Env env, uint64 count, Visit&& visit) {
+  constexpr uint64 BATCH = 1024;
+  for (uint64 start = 0; start < count; start += BATCH) {
     const Napi::HandleScope scope(env);
-    const uint64 stop = std::min(length, start + STEP);
+    const uint64 stop = std::min(count, start + BATCH);
     for (uint64 i = start; i < stop; ++i) {
-      if (!visit(readElement(env, array, static_cast<uint32>(i)))) return false;
+      if (!visit(i)) return false;
     }
   }
   return true;
+}
+
+// The same for visit(element) and the elements of an array, whose length is
+// read once.
+template <class Visit>
+bool forEachElement(Napi::Env env, const Napi::Value& array, Visit&& visit) {
+  return inBatches(env, array.As<Napi::Array>().Length(), [&](uint64 i) {
+    return visit(readElement(env, array, static_cast<uint32>(i)));
+  });
 }
 
 }  // namespace brindle_napi

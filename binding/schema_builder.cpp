@@ -14,9 +14,11 @@ namespace brindle_napi {
 namespace {
 
 using Brindle::EnumMapping;
+using Brindle::FieldFlags;
 using Brindle::FieldType;
 using Brindle::FieldValue;
 using Brindle::Meta;
+using Brindle::MetaField;
 
 // What fields and metaFields have in common, and how their faults are worded.
 struct FieldWords {
@@ -41,14 +43,16 @@ constexpr FieldWords META_FIELD = {
 std::string quoted(const std::string& name) { return "'" + name + "'"; }
 
 bool readEnumOption(Napi::Env env, const Napi::Value& option,
-                    EnumMapping& entries) {
+                    EnumMapping& entries, WorkBudget& budget) {
   if (!option.IsObject()) return false;
   const Napi::Value key = readProperty(env, option, "key");
   const Napi::Value code = readProperty(env, option, "code");
   if (!key.IsString() || !code.IsNumber()) return false;
   const double number = code.As<Napi::Number>().DoubleValue();
   if (!(number >= 0 && number <= 255)) return false;
-  entries.append({safeText(textOf(key)), static_cast<uint8>(number)});
+  const std::string text = textOf(key);
+  if (!budget.take(1 + text.size())) return false;
+  entries.append({safeText(text), static_cast<uint8>(number)});
   return true;
 }
 
@@ -61,46 +65,56 @@ bool readList(Napi::Env env, const Napi::Object& blockSpec, const char* key,
   return false;
 }
 
-// Reads one BlockSpec; `level` counts how deep it is nested, from 1, and
-// `count` how many have been read in all.
+// Reads one BlockSpec; `level` counts how deep it is nested, from 1.
 class SchemaBuilder {
  public:
-  SchemaBuilder(Napi::Env e, BuildError& buildError, unsigned nesting,
-                unsigned& counter)
-      : env(e), error(buildError), level(nesting), count(counter) {}
+  SchemaBuilder(Napi::Env e, BuildError& buildError, WorkBudget& workBudget,
+                unsigned nesting)
+      : env(e), error(buildError), budget(workBudget), level(nesting) {}
 
   std::shared_ptr<Meta> build(const Napi::Object& blockSpec) {
-    if (level > MAX_SPEC_NESTING || ++count > MAX_SPEC_COUNT) {
-      // Answered as packing would answer it, with the line it would print.
-      Brindle::checkNesting(MAX_SPEC_NESTING);
-      error = packFailed();
+    if (level > MAX_SPEC_NESTING) {
+      tooDeep();
       return nullptr;
     }
-    return readHeader(blockSpec) && addFields(blockSpec) &&
-                   addMetaFields(blockSpec)
-               ? meta
-               : nullptr;
+    if (!readHeader(blockSpec) || !addFields(blockSpec) ||
+        !addMetaFields(blockSpec)) {
+      return nullptr;
+    }
+    if (changed) meta->updateCrc();
+    return meta;
   }
 
  private:
   // What fields and metaFields have in common.
   struct Head {
     std::string text;  // the name as JavaScript gave it, for messages
-    SafeString name;   // the name as the schema keeps it
-    FieldType type = FieldType::INT8;
-    bool repeated = false;
-    EnumMapping options;
+    MetaField field;
   };
 
   bool fail(std::string message, const char* code = INVALID_ARGUMENT) {
     error = {code, std::move(message)};
     return false;
   }
+  // Answered as packing would answer it, with the line it would print.
+  bool tooDeep() {
+    Brindle::checkNesting(level);
+    error = packFailed();
+    return false;
+  }
+  // Counts steps of work. More than there may be make no block either.
+  bool take(size_t steps) {
+    if (budget.take(steps)) return true;
+    if (level > Brindle::MAX_NESTING) return tooDeep();
+    return fail(BUILT_TOO_LARGE, BLOCK_TOO_LARGE);
+  }
 
   bool readHeader(const Napi::Object& blockSpec) {
     const Napi::Value name = readProperty(env, blockSpec, "metaName");
     if (!name.IsString()) return fail("BlockSpec.metaName must be a string");
-    meta->setName(safeText(textOf(name)));
+    const std::string text = textOf(name);
+    if (!take(1 + text.size())) return false;
+    meta->setName(safeText(text));
     if (isTrue(readProperty(env, blockSpec, "hasCrc"))) {
       meta->setFlag(Brindle::MetaFlags::HAS_CRC, true);
     }
@@ -122,10 +136,10 @@ class SchemaBuilder {
   }
 
   bool addEach(const Napi::Value& fields,
-               bool (SchemaBuilder::*add)(const Napi::Value&)) {
+               bool (SchemaBuilder::*addOne)(const Napi::Value&)) {
     return fields.IsUndefined() ||
            forEachElement(env, fields, [&](const Napi::Value& field) {
-             return (this->*add)(field);
+             return (this->*addOne)(field);
            });
   }
 
@@ -137,71 +151,90 @@ class SchemaBuilder {
     if (value != nullptr) *value = readProperty(env, field, "value");
     if (!name.IsString() || !type.IsString()) return fail(words.notStrings);
     head.text = textOf(name);
-    head.name = safeText(head.text);
-    if (!parseFieldType(textOf(type), head.type)) {
+    if (!take(1 + head.text.size())) return false;
+    head.field.name = safeText(head.text);
+    if (!parseFieldType(textOf(type), head.field.type)) {
       return fail(words.unknownType + textOf(type), UNKNOWN_FIELD_TYPE);
     }
-    head.repeated = isTrue(readProperty(env, field, "repeated"));
+    if (isTrue(readProperty(env, field, "repeated"))) {
+      head.field.flags = FieldFlags::REPEATED;
+    }
+    return readOptions(words, field, head);
+  }
+
+  bool readOptions(const FieldWords& words, const Napi::Value& field,
+                   Head& head) {
     const Napi::Value options = readProperty(env, field, "enumOptions");
-    return readEnumOptions(env, options, head.options) ||
-           fail(words.badOptions + quoted(head.text));
+    const uint64 given =
+        options.IsArray() ? options.As<Napi::Array>().Length() : 0;
+    EnumMapping& entries = head.field.enumMapping;
+    if (!readEnumOptions(env, options, entries, budget)) {
+      return take(0) && fail(words.badOptions + quoted(head.text));
+    }
+    if (entries.count() != given) throw std::bad_alloc();  // one was dropped
+    return true;
   }
 
   // A nested BlockSpec counts for a field of any type.
-  bool readNested(const Napi::Value& field, const Head& head,
-                  std::shared_ptr<Meta>& nested) {
+  bool readNested(const Napi::Value& field, Head& head) {
     const Napi::Value blockSpec = readProperty(env, field, "nested");
     if (blockSpec.IsObject()) {
-      SchemaBuilder builder(env, error, level + 1, count);
-      nested = builder.build(blockSpec.As<Napi::Object>());
-      return nested != nullptr;
+      SchemaBuilder builder(env, error, budget, level + 1);
+      head.field.meta = builder.build(blockSpec.As<Napi::Object>());
+      return head.field.meta != nullptr;
     }
-    return head.type != FieldType::DATA_MAP ||
+    return head.field.type != FieldType::DATA_MAP ||
            fail("datamap field " + quoted(head.text) +
                 " requires nested BlockSpec");
   }
 
+  bool readConstant(const Napi::Value& value, Head& head) {
+    MetaField& field = head.field;
+    FieldValue constant;
+    // Never a nested schema: a constant cannot be a record.
+    if (!napiToFieldValue(env, value, field.type, field.isRepeated(), constant,
+                          nullptr, budget)) {
+      return take(0) &&
+             fail("metaField " + quoted(head.text) + " value type mismatch");
+    }
+    field.flags = withFlags(field.flags, FieldFlags::META);
+    field.value = std::make_shared<FieldValue>(std::move(constant));
+    return true;
+  }
+
   bool addField(const Napi::Value& field) {
     Head head;
-    std::shared_ptr<Meta> nested;
-    if (!readHead(FIELD, field, head, nullptr) ||
-        !readNested(field, head, nested)) {
-      return false;
-    }
-    return meta->addField(head.name, head.type, head.repeated,
-                          std::move(head.options), std::move(nested))
-               ? checkAdded(head)
-               : fail("Meta::addField failed for " + quoted(head.text),
-                      INTERNAL);
+    return readHead(FIELD, field, head, nullptr) && readNested(field, head) &&
+           add(head, "Meta::addField failed for ");
   }
 
   bool addMetaField(const Napi::Value& field) {
     Head head;
     Napi::Value value;
-    FieldValue constant;
-    if (!readHead(META_FIELD, field, head, &value)) return false;
-    // Never a nested schema: a constant cannot be a record.
-    if (!napiToFieldValue(env, value, head.type, head.repeated, constant,
-                          nullptr)) {
-      return fail("metaField " + quoted(head.text) + " value type mismatch");
-    }
-    return meta->addMetaField(head.name, head.type, constant, head.repeated,
-                              std::move(head.options))
-               ? checkAdded(head)
-               : fail("Meta::addMetaField failed for " + quoted(head.text),
-                      INTERNAL);
+    return readHead(META_FIELD, field, head, &value) &&
+           readConstant(value, head) &&
+           add(head, "Meta::addMetaField failed for ");
   }
 
-  // A schema that had no memory for a field says nothing of it.
-  bool checkAdded(const Head& head) const {
-    if (meta->field(head.name) == nullptr) throw std::bad_alloc();
+  bool add(Head& head, const char* failed) {
+    const Brindle::Name name = head.field.name;
+    if (!meta->insertField(head.field, changed)) {
+      return fail(failed + quoted(head.text), INTERNAL);
+    }
+    // A schema that has no memory for a field or an entry says nothing of it.
+    const MetaField* added = meta->field(name);
+    if (added == nullptr) throw std::bad_alloc();
+    for (const Brindle::EnumEntry& entry : head.field.enumMapping) {
+      if (!added->enumMapping.find(entry.name)) throw std::bad_alloc();
+    }
     return true;
   }
 
   Napi::Env env;
   BuildError& error;
+  WorkBudget& budget;
   unsigned level;
-  unsigned& count;
+  bool changed = false;
   std::shared_ptr<Meta> meta = std::make_shared<Meta>();
 };
 
@@ -210,8 +243,8 @@ class SchemaBuilder {
 std::shared_ptr<Meta> buildMetaSchema(Napi::Env env,
                                       const Napi::Object& blockSpec,
                                       BuildError& error) {
-  unsigned count = 0;
-  return SchemaBuilder(env, error, 1, count).build(blockSpec);
+  WorkBudget budget;
+  return SchemaBuilder(env, error, budget, 1).build(blockSpec);
 }
 
 bool readFields(Napi::Env env, const Napi::Object& blockSpec,
@@ -222,11 +255,11 @@ bool readFields(Napi::Env env, const Napi::Object& blockSpec,
 }
 
 bool readEnumOptions(Napi::Env env, const Napi::Value& options,
-                     EnumMapping& entries) {
+                     EnumMapping& entries, WorkBudget& budget) {
   if (isAbsent(options)) return true;
   return options.IsArray() &&
          forEachElement(env, options, [&](const Napi::Value& option) {
-           return readEnumOption(env, option, entries);
+           return readEnumOption(env, option, entries, budget);
          });
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "binding/work_budget.h"
 #include "schema/meta.h"
 
 namespace brindle_napi {
@@ -32,14 +33,18 @@ bool readFields(Napi::Env env, const Napi::Object& blockSpec,
                 Napi::Value& array, BuildError& error);
 
 // Appends [{key, code}, ...] to `entries`; absent is the same as empty. False
-// at the first fault, with the entries before it appended.
+// at the first fault, with the entries before it appended, or when `budget` is
+// spent. An entry that there is no memory for is left out.
 bool readEnumOptions(Napi::Env env, const Napi::Value& options,
-                     Brindle::EnumMapping& entries);
+                     Brindle::EnumMapping& entries, WorkBudget& budget);
 
 // The 13 names of fieldTypeToString, exactly. False, with `type` left alone,
 // for any other text.
 bool parseFieldType(std::string_view text, Brindle::FieldType& type);
 
+// What a BlockSpec that makes too large a block is answered with.
+inline constexpr char BUILT_TOO_LARGE[] =
+    "built block exceeds MAX_META_BLOCK_BYTES (65536)";
 // What a schema that cannot be packed is answered with.
 BuildError packFailed();
 

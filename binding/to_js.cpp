@@ -2,6 +2,7 @@
 
 #include "binding/block_identity.h"
 #include "binding/object_writer.h"
+#include "binding/property.h"
 #include "foundation/crc32.h"
 
 namespace brindle_napi {
@@ -92,19 +93,21 @@ napi_value convertArray(napi_env env, const FieldValue& value,
   if (std::same_as<T, DataMap> && nested == nullptr) items = nullptr;
   const size_t count = items == nullptr ? 0 : items->size;
   napi_value array = made(env, napi_create_array_with_length, count);
-  for (uint32_t i = 0; i < count; ++i) {
+  inBatches(env, count, [&](uint64 i) {
     napi_value item = convert(env, nested, (*items)[i]);
-    throwUnlessOk(env, napi_set_element(env, array, i, item));
-  }
+    throwUnlessOk(env,
+                  napi_set_element(env, array, static_cast<uint32_t>(i), item));
+    return true;
+  });
   return array;
 }
 
 napi_value enumMappingToObject(napi_env env,
                                const Brindle::EnumMapping& mapping) {
   ObjectWriter object(env);
-  for (const Brindle::EnumEntry& entry : mapping) {
+  object.addEach(mapping, [&](const Brindle::EnumEntry& entry) {
     object.add(entry.name, number(env, entry.value));
-  }
+  });
   return object.finish();
 }
 
@@ -123,12 +126,12 @@ napi_value fieldToDTO(napi_env env, const MetaField& field) {
 
 napi_value metaValuesToObject(napi_env env, const Meta& meta) {
   ObjectWriter values(env);
-  for (const MetaField& field : meta.fields()) {
-    if (!field.isMeta() || !field.value) continue;
+  values.addEach(meta.fields(), [&](const MetaField& field) {
+    if (!field.isMeta() || !field.value) return;
     values.add(field.name,
                fieldValueToNapi(env, *field.value, field.type,
                                 field.isRepeated(), field.meta.get()));
-  }
+  });
   return values.finish();
 }
 
@@ -193,13 +196,13 @@ Napi::Object metaToDTO(Napi::Env env, const Meta& meta) {
 Napi::Object dataMapToObject(Napi::Env env, const Meta& meta,
                              const DataMap& record) {
   ObjectWriter object(env);
-  for (const DataMap::Entry& entry : record.data()) {
+  object.addEach(record.data(), [&](const DataMap::Entry& entry) {
     const MetaField* field = meta.field(entry.name);
-    if (field == nullptr) continue;
+    if (field == nullptr) return;
     object.add(entry.name,
                fieldValueToNapi(env, entry.value, field->type,
                                 field->isRepeated(), field->meta.get()));
-  }
+  });
   return object.finish();
 }
 

@@ -19,10 +19,16 @@ double numberOf(const Napi::Value& value) {
   return value.As<Napi::Number>().DoubleValue();
 }
 
+// What a conversion depends on besides the value.
+struct Context {
+  const Meta* nested;  // the schema of records, or null
+  WorkBudget& budget;
+};
+
 // One element of each type.
 
 template <std::signed_integral T>
-bool convert(const Napi::Value& value, const Meta*, T& out) {
+bool convert(const Napi::Value& value, const Context&, T& out) {
   using Limits = std::numeric_limits<T>;
   int64 wide = 0;
   if (!readSignedRange(value, Limits::min(), Limits::max(), wide)) return false;
@@ -31,7 +37,7 @@ bool convert(const Napi::Value& value, const Meta*, T& out) {
 }
 
 template <std::unsigned_integral T>
-bool convert(const Napi::Value& value, const Meta*, T& out) {
+bool convert(const Napi::Value& value, const Context&, T& out) {
   uint64 wide = 0;
   if (!readUnsignedRange(value, std::numeric_limits<T>::max(), wide)) {
     return false;
@@ -40,12 +46,12 @@ bool convert(const Napi::Value& value, const Meta*, T& out) {
   return true;
 }
 
-bool convert(const Napi::Value& value, const Meta* nested,
+bool convert(const Napi::Value& value, const Context& context,
              Brindle::EnumType& out) {
-  return convert(value, nested, out.value);
+  return convert(value, context, out.value);
 }
 
-bool convert(const Napi::Value& value, const Meta*, float& out) {
+bool convert(const Napi::Value& value, const Context&, float& out) {
   if (!value.IsNumber()) return false;
   // Rounds to nearest; beyond the range of a float this is infinity.
   static_assert(std::numeric_limits<float>::is_iec559);
@@ -53,34 +59,38 @@ bool convert(const Napi::Value& value, const Meta*, float& out) {
   return true;
 }
 
-bool convert(const Napi::Value& value, const Meta*, SafeString& out) {
+bool convert(const Napi::Value& value, const Context& context,
+             SafeString& out) {
   if (!value.IsString()) return false;
-  out = safeText(textOf(value));
+  const std::string text = textOf(value);
+  if (!context.budget.take(text.size())) return false;
+  out = safeText(text);
   return true;
 }
 
-bool convert(const Napi::Value& value, const Meta*, Brindle::BoolType& out) {
+bool convert(const Napi::Value& value, const Context&, Brindle::BoolType& out) {
   if (!value.IsBoolean()) return false;
   out.value = isTrue(value) ? 1 : 0;
   return true;
 }
 
-bool convert(const Napi::Value& value, const Meta* nested, DataMap& out) {
-  return nested != nullptr && value.IsObject() &&
-         napiObjectToDataMap(value.Env(), value.As<Napi::Object>(), *nested,
-                             out);
+bool convert(const Napi::Value& value, const Context& context, DataMap& out) {
+  return context.nested != nullptr && value.IsObject() &&
+         napiObjectToDataMap(value.Env(), value.As<Napi::Object>(),
+                             *context.nested, out, context.budget);
 }
 
 template <class T>
-bool convertSingle(const Napi::Value& value, const Meta* nested,
+bool convertSingle(const Napi::Value& value, const Context& context,
                    FieldValue& out) {
+  if (!context.budget.take(1)) return false;
   if constexpr (Brindle::SharedElement<T>) {
     auto single = std::make_shared<T>();
-    if (!convert(value, nested, *single)) return false;
+    if (!convert(value, context, *single)) return false;
     out = std::move(single);
   } else {
     T single{};
-    if (!convert(value, nested, single)) return false;
+    if (!convert(value, context, single)) return false;
     out = single;
   }
   return true;
@@ -97,14 +107,16 @@ void makeRoom(gs::container<T>& array, uint64 length) {
 }
 
 template <class T>
-bool convertArray(Napi::Env env, const Napi::Value& value, const Meta* nested,
-                  FieldValue& out) {
-  if (std::same_as<T, DataMap> && nested == nullptr) return false;
+bool convertArray(Napi::Env env, const Napi::Value& value,
+                  const Context& context, FieldValue& out) {
+  if (std::same_as<T, DataMap> && context.nested == nullptr) return false;
   auto array = std::make_shared<gs::container<T>>();
   const uint64 length = value.As<Napi::Array>().Length();
   const auto add = [&](const Napi::Value& item) {
     T element{};
-    if (!convert(item, nested, element)) return false;
+    if (!context.budget.take(1) || !convert(item, context, element)) {
+      return false;
+    }
     makeRoom(*array, length);
     array->emplace(std::move(element));
     return true;
@@ -115,55 +127,58 @@ bool convertArray(Napi::Env env, const Napi::Value& value, const Meta* nested,
 }
 
 bool convertEntry(Napi::Env env, const Napi::Object& object,
-                  const Napi::Value& key, const Meta& meta, DataMap& map) {
+                  const Napi::Value& key, const Meta& meta, DataMap& map,
+                  WorkBudget& budget) {
+  const std::string text = textOf(key);
+  if (!budget.take(1 + text.size())) return false;
   if (!key.IsString()) return true;
-  const SafeString name = safeText(textOf(key));
-  const Brindle::MetaField* field = meta.field(name);
+  const Brindle::MetaField* field = meta.field(safeText(text));
   if (field == nullptr || field->isMeta()) return true;
   const Napi::Value value = readProperty(env, object, key);
   if (isAbsent(value)) return true;
   FieldValue converted;
   return napiToFieldValue(env, value, field->type, field->isRepeated(),
-                          converted, field->meta.get()) &&
-         map.insert_or_assign(name, converted);
+                          converted, field->meta.get(), budget) &&
+         map.insert_or_assign(field->name, converted);
 }
 
 }  // namespace
 
 bool napiToFieldValue(Napi::Env env, const Napi::Value& value, FieldType type,
-                      bool repeated, FieldValue& out, const Meta* nested) {
+                      bool repeated, FieldValue& out, const Meta* nested,
+                      WorkBudget& budget) {
   if (isAbsent(value)) return false;
-  return repeated ? napiToRepeated(env, value, type, out, nested)
-                  : napiToScalar(env, value, type, out, nested);
+  return repeated ? napiToRepeated(env, value, type, out, nested, budget)
+                  : napiToScalar(env, value, type, out, nested, budget);
 }
 
 bool napiToScalar(Napi::Env, const Napi::Value& value, FieldType type,
-                  FieldValue& out, const Meta* nested) {
+                  FieldValue& out, const Meta* nested, WorkBudget& budget) {
   if (!Brindle::isKnown(type)) return false;
   return Brindle::dispatchType(type, [&](auto element) {
     using T = typename decltype(element)::type;
-    return convertSingle<T>(value, nested, out);
+    return convertSingle<T>(value, {nested, budget}, out);
   });
 }
 
 bool napiToRepeated(Napi::Env env, const Napi::Value& value, FieldType type,
-                    FieldValue& out, const Meta* nested) {
+                    FieldValue& out, const Meta* nested, WorkBudget& budget) {
   if (!value.IsArray() || !Brindle::isKnown(type)) return false;
   return Brindle::dispatchType(type, [&](auto element) {
     using T = typename decltype(element)::type;
-    return convertArray<T>(env, value, nested, out);
+    return convertArray<T>(env, value, {nested, budget}, out);
   });
 }
 
 bool napiObjectToDataMap(Napi::Env env, const Napi::Object& object,
-                         const Meta& meta, DataMap& map) {
+                         const Meta& meta, DataMap& map, WorkBudget& budget) {
   napi_value names = nullptr;
   if (napi_get_property_names(env, object, &names) != napi_ok) {
     clearPending(env);
     return false;
   }
   return forEachElement(env, {env, names}, [&](const Napi::Value& key) {
-    return convertEntry(env, object, key, meta, map);
+    return convertEntry(env, object, key, meta, map, budget);
   });
 }
 

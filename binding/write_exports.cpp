@@ -24,58 +24,81 @@ Refusal refuseWith(const BuildError& error) {
   return {error.code, error.message};
 }
 
-// Converts one value and stores it under the field's name. `text` is that name
-// as JavaScript gave it, for the messages: quoted, after `insertFailed` when
-// the record has no memory for the value.
-Refusal storeValue(Napi::Env env, const Napi::Value& value,
-                   const MetaField& field, const std::string& text,
-                   const char* insertFailed, DataMap& record) {
-  Brindle::FieldValue converted;
-  if (!napiToFieldValue(env, value, field.type, field.isRepeated(), converted,
-                        field.meta.get())) {
-    return {INVALID_ARGUMENT, "value type mismatch for field '" + text + "'"};
-  }
-  if (!record.insert_or_assign(field.name, converted)) {
-    return {INTERNAL, insertFailed + ("'" + text + "'")};
-  }
-  return {};
-}
+// What an export says of values that it cannot store or write.
+struct DraftWords {
+  const char* insertFailed;  // the quoted name of the field follows
+  const char* tooLarge;
+};
 
-// The block of a packed schema and, unless null, a record.
-Refusal finishBlock(gs::container<uint8> packed, const Meta& meta,
-                    const DataMap* record, const char* tooLarge,
-                    gs::container<uint8>& block) {
-  block = std::move(packed);
-  if (block.empty()) return refuseWith(packFailed());
-  if (record != nullptr) {
-    const gs::container<uint8> payload =
-        Brindle::Serializer::serialize(meta, *record, 0);
-    if (payload.empty()) {
-      return {INTERNAL, "Serializer::serialize() returned empty buffer"};
-    }
-    Brindle::appendToBuffer(block, payload.data, payload.size);
+// The record of a block, as it is put together and written behind the schema.
+class BlockDraft {
+ public:
+  BlockDraft(const Meta& blockMeta, const DraftWords& draftWords)
+      : meta(blockMeta), words(draftWords) {}
+
+  const MetaField* field(const std::string& name) const {
+    return meta.field(safeText(name));
   }
-  if (block.size > MAX_META_BLOCK_BYTES) return {BLOCK_TOO_LARGE, tooLarge};
-  return {};
-}
+
+  // Converts one value and stores it under the field's name; `text` is that
+  // name as JavaScript gave it, for the messages.
+  Refusal store(Napi::Env env, const Napi::Value& value, const MetaField& field,
+                const std::string& text) {
+    Brindle::FieldValue converted;
+    if (!napiToFieldValue(env, value, field.type, field.isRepeated(), converted,
+                          field.meta.get(), budget)) {
+      if (budget.spent()) return tooLarge();
+      return {INVALID_ARGUMENT, "value type mismatch for field '" + text + "'"};
+    }
+    if (record.insert_or_assign(field.name, converted)) return {};
+    return {INTERNAL, words.insertFailed + ("'" + text + "'")};
+  }
+
+  // Puts the record, unless there is to be no payload, behind the packed
+  // schema.
+  Refusal finish(gs::container<uint8> packed, bool hasPayload,
+                 gs::container<uint8>& block) const {
+    block = std::move(packed);
+    if (block.empty()) return refuseWith(packFailed());
+    if (hasPayload) {
+      const gs::container<uint8> payload =
+          Brindle::Serializer::serialize(meta, record, 0);
+      if (payload.empty()) {
+        return {INTERNAL, "Serializer::serialize() returned empty buffer"};
+      }
+      Brindle::appendToBuffer(block, payload.data, payload.size);
+    }
+    if (block.size > MAX_META_BLOCK_BYTES) return tooLarge();
+    return {};
+  }
+
+  Refusal tooLarge() const { return {BLOCK_TOO_LARGE, words.tooLarge}; }
+
+  DataMap record;
+  WorkBudget budget;
+
+ private:
+  const Meta& meta;
+  const DraftWords& words;
+};
 
 // The value, if any, of one element of BlockSpec.fields.
 Refusal readFieldValue(Napi::Env env, const Napi::Value& element,
-                       const Meta& meta, DataMap& record) {
+                       BlockDraft& draft) {
   const Napi::Value value = readProperty(env, element, "value");
   if (isAbsent(value)) return {};
   std::string text;
   const bool named = convertToText(readProperty(env, element, "name"), text);
-  const MetaField* field = named ? meta.field(safeText(text)) : nullptr;
+  if (!draft.budget.take(1 + text.size())) return draft.tooLarge();
+  const MetaField* field = named ? draft.field(text) : nullptr;
   if (field == nullptr) {
     return {INTERNAL, "field lookup failed post-addField: " + text};
   }
-  return storeValue(env, value, *field, text,
-                    "DataMap.insert_or_assign failed for ", record);
+  return draft.store(env, value, *field, text);
 }
 
 Refusal readFieldValues(Napi::Env env, const Napi::Object& blockSpec,
-                        const Meta& meta, DataMap& record) {
+                        BlockDraft& draft) {
   Napi::Value fields;
   BuildError error;
   // Read a second time, which may turn out otherwise. What is no array holds no
@@ -86,7 +109,7 @@ Refusal readFieldValues(Napi::Env env, const Napi::Object& blockSpec,
   Refusal refusal;
   if (fields.IsArray()) {
     forEachElement(env, fields, [&](const Napi::Value& element) {
-      refusal = readFieldValue(env, element, meta, record);
+      refusal = readFieldValue(env, element, draft);
       return !refusal;
     });
   }
@@ -95,18 +118,17 @@ Refusal readFieldValues(Napi::Env env, const Napi::Object& blockSpec,
 
 Refusal build(Napi::Env env, const Napi::Object& blockSpec,
               gs::container<uint8>& block) {
+  static constexpr DraftWords WORDS = {"DataMap.insert_or_assign failed for ",
+                                       BUILT_TOO_LARGE};
   BuildError error;
   const std::shared_ptr<Meta> meta = buildMetaSchema(env, blockSpec, error);
   if (!meta) return refuseWith(error);
-  DataMap record;
-  if (Refusal refusal = readFieldValues(env, blockSpec, *meta, record)) {
-    return refusal;
-  }
+  BlockDraft draft(*meta, WORDS);
+  if (Refusal refusal = readFieldValues(env, blockSpec, draft)) return refusal;
   gs::container<uint8> packed = meta->flag(Brindle::MetaFlags::HAS_CRC)
                                     ? meta->packWithCrc(nullptr)
                                     : meta->pack(0);
-  return finishBlock(std::move(packed), *meta, &record,
-                     "built block exceeds MAX_META_BLOCK_BYTES (65536)", block);
+  return draft.finish(std::move(packed), true, block);
 }
 
 Napi::Value BuildBlock(const Napi::CallbackInfo& info) {
@@ -141,21 +163,20 @@ Napi::Value ownNames(Napi::Env env, const Napi::Value& object) {
 }
 
 Refusal applyEdit(Napi::Env env, const Napi::Value& values,
-                  const Napi::Value& key, const Meta& meta, DataMap& record) {
+                  const Napi::Value& key, BlockDraft& draft) {
   const std::string text = textOf(key);
-  const MetaField* field = meta.field(safeText(text));
+  const MetaField* field = draft.field(text);
   if (!key.IsString() || field == nullptr || field->isMeta()) return {};
   const Napi::Value value = readProperty(env, values, napi_value(key));
   if (isAbsent(value)) return {};
-  return storeValue(env, value, *field, text,
-                    "DataMap.insert_or_assign failed for field ", record);
+  return draft.store(env, value, *field, text);
 }
 
-Refusal applyEdits(Napi::Env env, const Napi::Value& values, const Meta& meta,
-                   DataMap& record) {
+Refusal applyEdits(Napi::Env env, const Napi::Value& values,
+                   BlockDraft& draft) {
   Refusal refusal;
   forEachElement(env, ownNames(env, values), [&](const Napi::Value& key) {
-    refusal = applyEdit(env, values, key, meta, record);
+    refusal = applyEdit(env, values, key, draft);
     return !refusal;
   });
   return refusal;
@@ -163,6 +184,9 @@ Refusal applyEdits(Napi::Env env, const Napi::Value& values, const Meta& meta,
 
 Refusal repack(Napi::Env env, const Napi::Value& rawBytes,
                const Napi::Value& values, gs::container<uint8>& out) {
+  static constexpr DraftWords WORDS = {
+      "DataMap.insert_or_assign failed for field ",
+      "repacked block exceeds MAX_META_BLOCK_BYTES (65536)"};
   gs::container<uint8> bytes;
   if (!bufferToByteArray(rawBytes, bytes)) {
     return {INVALID_ARGUMENT, "failed to copy-in rawBytes"};
@@ -174,14 +198,12 @@ Refusal repack(Napi::Env env, const Napi::Value& rawBytes,
   }
   Block block;
   if (!readBlock(bytes, block)) return unpackFailed();
-  if (Refusal refusal = applyEdits(env, values, *block.meta, block.record)) {
-    return refusal;
-  }
+  BlockDraft draft(*block.meta, WORDS);
+  draft.record = std::move(block.record);
+  if (Refusal refusal = applyEdits(env, values, draft)) return refusal;
   // Always without a trailer, whatever the flags say.
-  const bool hasPayload = block.hasPayload || !block.record.empty();
-  return finishBlock(
-      block.meta->pack(0), *block.meta, hasPayload ? &block.record : nullptr,
-      "repacked block exceeds MAX_META_BLOCK_BYTES (65536)", out);
+  const bool hasPayload = block.hasPayload || !draft.record.empty();
+  return draft.finish(block.meta->pack(0), hasPayload, out);
 }
 
 // The edits of a DTO. Read past readProperty: see ownNames.
