@@ -41,6 +41,11 @@ function checkTypes() {
   console.log('types: tests/types compiles');
 }
 
+function bounds() {
+  buildModule();
+  run(process.execPath, ['fuzz/bounds/measure.mjs']);
+}
+
 function demo() {
   buildModule();
   run(process.execPath, ['examples/demo.mjs']);
@@ -100,7 +105,7 @@ function lint() {
   console.log('clang-tidy: clean');
 }
 
-const tasks = { build: buildModule, demo, test, asan, lint, format };
+const tasks = { build: buildModule, demo, test, asan, bounds, lint, format };
 
 const task = tasks[process.argv[2]];
 if (task === undefined) fail(`tasks: ${Object.keys(tasks).join(', ')}`);

@@ -80,6 +80,28 @@ for (const [code, rows] of Object.entries(refusals)) {
   });
 }
 
+// Ten thousand, or a hundred times a hundred, of the same.
+const many = (value) => Array(10000).fill(value);
+const squared = (record) => Array(100).fill({ n: Array(100).fill(record) });
+test('what stands in an object very many times is too large, and soon found to be', () => {
+  const text = 'x'.repeat(1000);
+  const lists = (type) => ({ repeated: true, nested: field(n('datamap', {
+    repeated: true, nested: field(n(type)) })) });
+  const specs = [
+    { metaName, fields: many({ ...n('int8'), name: text }) },
+    { metaName, fields: many(n('enum', { enumOptions: many({ key: 'k', code: 1 }) })) },
+    { metaName, fields: many(n('datamap', { nested: { metaName, fields: many(n('int8')) } })) },
+    constant(n('string', { repeated: true, value: many(text) })),
+    field(n('string', { repeated: true, value: many(text) })),
+    field(n('datamap', { value: squared({ [text]: 0 }), ...lists('int8') })),
+    field(n('datamap', { value: squared({ n: text }), ...lists('string') }))];
+  const message = (how) => `${how} block exceeds MAX_META_BLOCK_BYTES (65536)`;
+  for (const spec of specs) assertRefused(buildBlock(spec), 'BLOCK_TOO_LARGE', message('built'));
+  const rawBytes = valueOf(buildBlock(field(n('string', { repeated: true }))));
+  const dto = { rawBytes, values: { n: many(text) } };
+  assertRefused(packMetaBlock(dto), 'BLOCK_TOO_LARGE', message('repacked'));
+});
+
 test('what may be omitted or odd makes no difference', () => {
   const spec = field(n('uint8', { value: 5 }));
   const specs = [Object.create(spec), Object.assign(() => {}, spec),
