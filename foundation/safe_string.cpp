@@ -50,9 +50,8 @@ SafeString::SafeString(size_t capacity, const SafeString& text, bool growable)
 }
 
 SafeString::SafeString(const SafeString& other) : canGrow(other.canGrow) {
-  if (other.begin == nullptr) return;
-  lastOpOk = reallocate(other.size());
-  if (!lastOpOk) return;
+  lastOpOk = other.begin == nullptr ? other.lastOpOk : reallocate(other.size());
+  if (begin == nullptr) return;
   std::memcpy(begin, other.begin, other.size());
   end = begin + other.length();
 }

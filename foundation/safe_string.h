@@ -37,7 +37,8 @@ class SafeString {
   SafeString(const char* text);  // NOLINT(google-explicit-constructor)
   SafeString(size_t capacity, const char* text, bool growable);
   SafeString(size_t capacity, const SafeString& text, bool growable);
-  // Copies the whole capacity, zero bytes included, into an owned buffer.
+  // Copies the whole capacity, zero bytes included, into an owned buffer. A
+  // copy of a string that failed to get a buffer has failed too.
   SafeString(const SafeString& other);
   SafeString(SafeString&& other) noexcept;
   ~SafeString();
