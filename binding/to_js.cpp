@@ -167,7 +167,7 @@ const char* fieldTypeToString(FieldType type) {
 }
 
 std::string uuidCanonical(const uint8* bytes) {
-  SafeString text = Uuid(bytes).toString();
+  SafeString text = cloneOf(Uuid(bytes).toString());
   return text.toLower().c_str();
 }
 

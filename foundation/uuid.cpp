@@ -46,14 +46,16 @@ void Uuid::parse(const char* text) {
 }
 
 SafeString Uuid::toString() const {
-  SafeString text;
+  // Put together aside: all or nothing.
+  char digits[TEXT_LENGTH + 1] = {};
+  SafeString text(digits, sizeof digits);
   const uint8* from = bytes.data();
   for (const Group& group : GROUPS) {
     if (group.textOffset != 0) text << '-';
     text.appendHex(from, group.bytes, Endianness::BIG);
     from += group.bytes;
   }
-  return text;
+  return {digits};
 }
 
 uint32 Uuid::toU32() const {
