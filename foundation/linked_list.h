@@ -30,8 +30,12 @@ struct LinkedList {
     }
   }
   LinkedList(LinkedList&& other) noexcept { swap(other); }
-  LinkedList& operator=(LinkedList other) noexcept {
-    swap(other);
+  // Two functions: one that takes a copy would look as if it never threw.
+  LinkedList& operator=(const LinkedList& other) {
+    return *this = LinkedList(other);
+  }
+  LinkedList& operator=(LinkedList&& other) noexcept {
+    LinkedList(std::move(other)).swap(*this);
     return *this;
   }
   ~LinkedList() { clear(); }

@@ -35,9 +35,12 @@ class EnumMapping {
   EnumMapping(EnumMapping&& other) noexcept
       : entries(std::move(other.entries)),
         used(std::exchange(other.used, {})) {}
-  EnumMapping& operator=(EnumMapping other) noexcept {
+  EnumMapping& operator=(const EnumMapping& other) {
+    return *this = EnumMapping(other);
+  }
+  EnumMapping& operator=(EnumMapping&& other) noexcept {
     entries = std::move(other.entries);
-    used = other.used;
+    used = std::exchange(other.used, {});
     return *this;
   }
   ~EnumMapping() = default;

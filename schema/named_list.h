@@ -30,9 +30,12 @@ class NamedList {
   // Copies all elements, or throws std::bad_alloc.
   NamedList(const NamedList& other) : elements(other.elements) {}
   NamedList(NamedList&& other) noexcept = default;
-  NamedList& operator=(NamedList other) noexcept {
-    elements.swap(other.elements);
-    index.swap(other.index);
+  NamedList& operator=(const NamedList& other) {
+    return *this = NamedList(other);
+  }
+  NamedList& operator=(NamedList&& other) noexcept {
+    index = std::move(other.index);
+    elements = std::move(other.elements);
     return *this;
   }
   ~NamedList() = default;
