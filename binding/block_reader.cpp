@@ -11,8 +11,8 @@ bool readBlock(const gs::ConstBuf& bytes, Block& out) {
   const size_t size = Brindle::Meta::getPacketMetaSize(bytes.data, bytes.size);
   out.hasPayload = size != 0 && size < bytes.size;
   if (out.hasPayload) {
-    out.record = Brindle::Serializer::deserialize(*out.meta, bytes.from(size),
-                                                  0, nullptr);
+    out.record = Brindle::Serializer::deserializeOrThrow(
+        *out.meta, bytes.from(size), 0, nullptr);
   }
   return true;
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <new>
 #include <utility>
 
 #include "foundation/text.h"
@@ -248,6 +249,13 @@ bool SafeString::holds(const char* text) const {
   return begin != nullptr && text != nullptr &&
          !std::less<>()(text, static_cast<const char*>(begin)) &&
          !std::less<>()(static_cast<const char*>(last), text);
+}
+
+SafeString cloneOf(const gs::ConstBuf& bytes) {
+  SafeString text(bytes.size + 1, true);
+  if (!text.wasLastOpSuccessful()) throw std::bad_alloc();
+  text.setBytes(bytes.data, bytes.size);
+  return text;
 }
 
 SafeString cloneOf(const SafeString& text) {

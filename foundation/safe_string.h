@@ -187,3 +187,5 @@ class SafeString {
 
 // A copy of `text`, or std::bad_alloc: for names that must not get lost.
 SafeString cloneOf(const SafeString& text);
+// The same of bytes, zero bytes included. REQUIRES: size < SIZE_MAX.
+SafeString cloneOf(const gs::ConstBuf& bytes);

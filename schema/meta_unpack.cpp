@@ -36,6 +36,12 @@ bool constantFailed() {
   return false;
 }
 
+// What no block is to blame for must not look like a fault of the block.
+[[noreturn]] void outOfMemory(const char* line) {
+  pqpr("%s", line);
+  throw std::bad_alloc();
+}
+
 }  // namespace
 
 bool Meta::validateHeader(const PackedMetaHeader& header, size_t bufferLength) {
@@ -70,8 +76,8 @@ bool Meta::extractStrFromBuffer(const gs::ConstBuf& buffer, size_t& offset,
   }
   gs::ConstBuf bytes;
   if (!extractView(buffer, offset, bytes, length)) return false;
-  out = SafeString(size_t{length} + 1, true);
-  return out.setBytes(bytes.data, bytes.size).wasLastOpSuccessful();
+  out = cloneOf(bytes);
+  return true;
 }
 
 bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
@@ -84,10 +90,10 @@ bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
     uint8 code = 0;
     if (!extractNumber(buffer, offset, length) ||
         !extractStrFromBuffer(buffer, offset, length, name) ||
-        !extractNumber(buffer, offset, code) ||
-        !out.append({std::move(name), code})) {
+        !extractNumber(buffer, offset, code)) {
       return false;
     }
+    if (!out.append({std::move(name), code})) throw std::bad_alloc();
   }
   return true;
 }
@@ -115,8 +121,8 @@ bool Meta::processFieldValue(MetaField& field, const gs::ConstBuf& buffer,
     return constantFailed();
   }
   field.value.reset(new (std::nothrow) FieldValue(std::move(value)));
-  if (!field.value) pqpr("Failed to create field value");
-  return field.value != nullptr;
+  if (!field.value) outOfMemory("Failed to create field value");
+  return true;
 }
 
 bool Meta::unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
@@ -152,10 +158,7 @@ bool Meta::unpackField(const gs::ConstBuf& buffer, size_t& offset,
   // A second field of the same name has been merged into the first, whose
   // flags then decide.
   MetaField* added = field(name);
-  if (added == nullptr) {
-    pqpr("Failed to get field");
-    return false;
-  }
+  if (added == nullptr) outOfMemory("Failed to get field");
   return processFieldValue(*added, buffer, offset, level) || constantFailed();
 }
 

@@ -1,5 +1,7 @@
 // Reads data packets. The layout stands in serializer.h.
 
+#include <new>
+
 #include "foundation/diagnostics.h"
 #include "schema/checks.h"
 #include "serialization/packet_format.h"
@@ -82,7 +84,7 @@ bool readEntry(const Meta& meta, const gs::ConstBuf& packet, size_t& offset,
   }
   if (!record.emplace(field.name, value)) {
     pqpr("Failed to emplace field (%s)", field.name.c_str());
-    return false;
+    throw std::bad_alloc();
   }
   return true;
 }
@@ -91,6 +93,16 @@ bool readEntry(const Meta& meta, const gs::ConstBuf& packet, size_t& offset,
 
 DataMap Serializer::deserialize(const Meta& meta, const gs::ConstBuf& packet,
                                 uint8 depth, const uint16* expectedCrc) {
+  try {
+    return deserializeOrThrow(meta, packet, depth, expectedCrc);
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
+}
+
+DataMap Serializer::deserializeOrThrow(const Meta& meta,
+                                       const gs::ConstBuf& packet, uint8 depth,
+                                       const uint16* expectedCrc) {
   Extent extent;
   if (!checkNesting(depth) || !readHeader(packet, extent) ||
       !checkTrailer(packet, extent, expectedCrc)) {
@@ -117,7 +129,7 @@ bool Serializer::deserializeDataMap(const gs::ConstBuf& buf, size_t& offset,
     return false;
   }
   DataMap record =
-      deserialize(meta, packet, static_cast<uint8>(depth + 1), nullptr);
+      deserializeOrThrow(meta, packet, static_cast<uint8>(depth + 1), nullptr);
   if (record.empty()) return false;
   out = std::move(record);
   return true;

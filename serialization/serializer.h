@@ -50,9 +50,15 @@ class Serializer {
 
   // The record in the packet at the start of `packet`; what follows is ignored.
   // `expectedCrc`, which may be null, is checked for packets without a trailer;
-  // one that differs from a trailer is only reported.
+  // one that differs from a trailer is only reported. Running out of memory is
+  // a failure like any other.
   static DataMap deserialize(const Meta& meta, const gs::ConstBuf& packet,
                              uint8 depth, const uint16* expectedCrc);
+  // The same for callers who have to tell a packet that cannot be read from one
+  // that there was no memory for: that throws std::bad_alloc.
+  static DataMap deserializeOrThrow(const Meta& meta,
+                                    const gs::ConstBuf& packet, uint8 depth,
+                                    const uint16* expectedCrc);
   // Reads one packet preceded by its length (a varint) and replaces `out`,
   // which a failure leaves alone. An empty record counts as failure.
   static bool deserializeDataMap(const gs::ConstBuf& buf, size_t& offset,

@@ -147,8 +147,8 @@ bool Serializer::deserializeSafeString(const gs::ConstBuf& buf, size_t& offset,
       !extractView(buf, offset, bytes, length)) {
     return false;
   }
-  out = SafeString(length + 1, true);
-  return out.setBytes(bytes.data, bytes.size).wasLastOpSuccessful();
+  out = cloneOf(bytes);
+  return true;
 }
 
 template <NonVarint T>
