@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <concepts>
 #include <limits>
+#include <new>
 
 #include "binding/property.h"
 
@@ -137,9 +138,12 @@ bool convertEntry(Napi::Env env, const Napi::Object& object,
   const Napi::Value value = readProperty(env, object, key);
   if (isAbsent(value)) return true;
   FieldValue converted;
-  return napiToFieldValue(env, value, field->type, field->isRepeated(),
-                          converted, field->meta.get(), budget) &&
-         map.insert_or_assign(field->name, converted);
+  if (!napiToFieldValue(env, value, field->type, field->isRepeated(), converted,
+                        field->meta.get(), budget)) {
+    return false;
+  }
+  if (!map.insert_or_assign(field->name, converted)) throw std::bad_alloc();
+  return true;
 }
 
 }  // namespace
