@@ -4,6 +4,12 @@ namespace brindle_napi {
 
 namespace {
 
+// A name that found no memory would find no constant: cloneOf throws for it.
+bool readConstant(const Brindle::Meta& meta, const char* name,
+                  Brindle::FieldValue& out) {
+  return meta.getMetaValue(cloneOf(name), out);
+}
+
 template <class T>
 bool readNumber(const Brindle::FieldValue& value, uint32& out) {
   const T* number = value.get<T>();
@@ -15,7 +21,7 @@ bool readNumber(const Brindle::FieldValue& value, uint32& out) {
 
 bool getBlockUuid(const Brindle::Meta& meta, Uuid& out) {
   Brindle::FieldValue value;
-  if (!meta.getMetaValue("__uuid", value)) return false;
+  if (!readConstant(meta, "__uuid", value)) return false;
   const SafeString* text = value.getShared<SafeString>();
   if (text == nullptr) return false;
   out = Uuid(*text);
@@ -24,15 +30,15 @@ bool getBlockUuid(const Brindle::Meta& meta, Uuid& out) {
 
 bool getBlockInstance(const Brindle::Meta& meta, uint32& out) {
   Brindle::FieldValue value;
-  return meta.getMetaValue("__instance", value) &&
+  return readConstant(meta, "__instance", value) &&
          (readNumber<uint8>(value, out) || readNumber<uint16>(value, out) ||
           readNumber<uint32>(value, out));
 }
 
 const SafeString* getDescriptorUuid(const Brindle::Meta& meta,
                                     Brindle::FieldValue& holder) {
-  if (!meta.getMetaValue("__uuidDescr", holder) &&
-      !meta.getMetaValue("descriptor_uuid", holder)) {
+  if (!readConstant(meta, "__uuidDescr", holder) &&
+      !readConstant(meta, "descriptor_uuid", holder)) {
     return nullptr;
   }
   return holder.getShared<SafeString>();

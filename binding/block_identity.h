@@ -3,7 +3,8 @@
 #include "foundation/uuid.h"
 #include "schema/meta.h"
 
-// Constants with reserved names by which a block says what it is.
+// Constants with reserved names by which a block says what it is. All throw
+// std::bad_alloc.
 namespace brindle_napi {
 
 // "__uuid": the block's identifier. False unless it is a string that reads as a
