@@ -1,12 +1,12 @@
 // node scripts/run.mjs <task>. Every task does the set-up that it needs, so
 // that each can be the first command in a new checkout.
-import { execFileSync } from 'node:child_process';
 import { readdirSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { join } from 'node:path';
 import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
 } from './setup.mjs';
+import { sanitizedModuleEnv, sanitizerEnv } from './sanitizer.mjs';
 
 function buildModule() {
   needDebianPackages('cmake', 'ninja-build', 'g++');
@@ -60,22 +60,8 @@ function test() {
 function asan() {
   buildModule();  // for the tests of the loader
   const folder = buildWithTests('asan');
-  const env = {
-    ...process.env,
-    // Too large an allocation must fail as in the product, not end the run.
-    ASAN_OPTIONS: 'detect_leaks=1:strict_string_checks=1:' +
-      'allocator_may_return_null=1',
-    UBSAN_OPTIONS: 'print_stacktrace=1:halt_on_error=1',
-  };
-  runNativeTests(folder, env);
-  // Node.js is not instrumented, so the run-time library has to come first.
-  const library = execFileSync('g++', ['-print-file-name=libasan.so'],
-    { encoding: 'utf8' });
-  runJsTests({
-    ...env,
-    LD_PRELOAD: library.trim(),
-    BRINDLE_TEST_MODULE: join(folder, 'brindle.node'),
-  });
+  runNativeTests(folder, sanitizerEnv);
+  runJsTests(sanitizedModuleEnv(folder));
 }
 
 const cppFiles = () =>
