@@ -6,6 +6,7 @@ import { join } from 'node:path';
 import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
 } from './setup.mjs';
+import { fuzzJs, runJsFuzz } from './js_fuzz.mjs';
 import { sanitizedModuleEnv, sanitizerEnv } from './sanitizer.mjs';
 
 function buildModule() {
@@ -54,6 +55,7 @@ function demo() {
 function test() {
   runNativeTests(buildWithTests('dev', 'Release'));
   runJsTests();
+  runJsFuzz();
   checkTypes();
 }
 
@@ -91,7 +93,10 @@ function lint() {
   console.log('clang-tidy: clean');
 }
 
-const tasks = { build: buildModule, demo, test, asan, bounds, lint, format };
+const tasks = {
+  build: buildModule, demo, test, asan, bounds, lint, format,
+  'fuzz:js': fuzzJs,
+};
 
 const task = tasks[process.argv[2]];
 if (task === undefined) fail(`tasks: ${Object.keys(tasks).join(', ')}`);

@@ -10,7 +10,7 @@ export const le = (value, width) =>
   bytes([...Array(width).keys()].map((i) => Math.floor(value / 256 ** i)));
 
 // Reflected, bit by bit, without final inversion.
-function crc(data, register, polynomial) {
+export function crc(data, register, polynomial) {
   for (const byte of data) {
     register ^= byte;
     for (let i = 0; i < 8; i++) register = register >>> 1 ^ (register & 1 ? polynomial : 0);

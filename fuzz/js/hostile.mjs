@@ -1,0 +1,122 @@
+// Values and objects made to break whoever reads them. Cases hold their names
+// only: such values cannot be printed, and many are used up by one look.
+import { bomb, unlistable } from '../../tests/js/hostile.mjs';
+import { brindle, fc } from './support.mjs';
+
+const bytes = () => Uint8Array.from({ length: 64 }, (_, i) => i);
+const canResize = 'resize' in ArrayBuffer.prototype;  // not in Node.js 18
+const resizable = (size) => canResize ? new ArrayBuffer(size, { maxByteLength: 2 * size }) : new ArrayBuffer(size);
+const revoked = (target) => {
+  const { proxy, revoke } = Proxy.revocable(target, {});
+  revoke();
+  return proxy;
+};
+const detached = (view) => {
+  structuredClone(view.buffer, { transfer: [view.buffer] });
+  return view;
+};
+const cyclic = (object) => Object.entries({ self: object, nested: object, fields: [object], type: 'datamap',
+  metaName: 'cyclic', name: 'cyclic', value: object, values: object }).reduce((target, [key, value]) =>
+  Object.defineProperty(target, key, { value, enumerable: true }), object);
+const withPrototype = (object, prototype) => Object.setPrototypeOf(object, prototype);
+// Answers itself to everything, and lists names without end.
+const maze = () => new Proxy(() => {}, { get: maze, has: () => true, getPrototypeOf: maze, apply: maze,
+  ownKeys: () => ['prototype', 'arguments', 'caller', 'length', 'name', ...Array(200).keys()].map(String),
+  getOwnPropertyDescriptor: () => ({ value: 1, enumerable: true, configurable: true, writable: true }) });
+const throwing = new Proxy({}, { get() { throw bomb('message', Error()); }, ownKeys() { throw null; } });
+
+const makers = {
+  undefined: () => undefined, null: () => null, zero: () => -0, nan: () => NaN, big: () => 2n ** 64n,
+  symbol: () => Symbol('s'), wellKnownSymbol: () => Symbol.toPrimitive, loneSurrogate: () => '\ud800',
+  longText: () => 'x'.repeat(70000), format: () => '%s%n%d', nul: () => '\0',
+  holes: () => [, 1, , 2], endless: () => Array(2 ** 32 - 1), array: () => [[[]]], nested: () => [{}, [null]],
+  frozen: () => Object.freeze({ name: 'n', type: 'int8' }), nullPrototype: () => Object.create(null),
+  cyclicObject: () => cyclic({}), cyclicArray: () => { const list = []; return list.push(list) && list; },
+  cyclicFunction: () => cyclic(() => {}), class: () => class { static fields = []; static metaName = ''; },
+  generator: () => (function* () {})(), promise: () => Promise.resolve(), date: () => new Date(NaN),
+  map: () => new Map([['name', 'n']]), regexp: () => /n/g, boxed: () => Object('boxed'), global: () => globalThis,
+  error: () => bomb('message', Error()), unlistable: () => unlistable[1], throwing: () => throwing, maze,
+  getters: () => ['metaName', 'fields', 'metaFields', 'rawBytes', 'values', 'name', 'type', 'value', 'length',
+    'key', 'code', 'toString', 'then'].reduce((object, key) => bomb(key, object), {}),
+  revokedObject: () => revoked({}), revokedArray: () => revoked([]), revokedFunction: () => revoked(() => {}),
+  proxiedArray: () => new Proxy([1], {}), arrayOfBombs: () => bomb(1, [{}]), subclass: () => new (class extends Array {})(3),
+  buffer: () => Buffer.from(bytes()), float64: () => new Float64Array(bytes().buffer), dataView: () => new DataView(new ArrayBuffer(64)),
+  arrayBuffer: () => new ArrayBuffer(64), detachedBuffer: () => detached(Buffer.from(bytes().buffer)),
+  detachedView: () => detached(new DataView(new ArrayBuffer(64))), detachedMemory: () => detached(bytes()).buffer,
+  tracking: () => new Uint8Array(resizable(64)), shared: () => new Uint8Array(new SharedArrayBuffer(64)),
+  outOfBounds: () => { const view = new Uint8Array(resizable(64), 40); view.buffer.resize?.(8); return view; },
+  wasm: () => new Uint8Array(new WebAssembly.Memory({ initial: 1 }).buffer, 8, 64),
+  fakeBuffer: () => Object.create(Buffer.prototype), proxiedBuffer: () => new Proxy(Buffer.alloc(64), {}),
+  mazeBuffer: () => withPrototype(bytes(), maze()), orphan: () => withPrototype(Buffer.from(bytes()), null),
+  revokedPrototype: () => withPrototype(bytes(), revoked({})), cutOff: () => withPrototype(Buffer.from(bytes()), throwing),
+  lyingLength: () => Object.defineProperty(bytes(), 'length', { value: 2 ** 40 }),
+};
+
+export const hostile = fc.oneof(
+  { weight: 3, arbitrary: fc.constantFrom(...Object.keys(makers)).map((name) => ({ name })) },
+  fc.anything({ withBigInt: true, withBoxedValues: true, withDate: true, withMap: true, withNullPrototype: true,
+    withSet: true, withSparseArray: true, withTypedArray: true }).map((value) => ({ value })));
+export const make = ({ name, value }) => name === undefined ? value : makers[name]();
+
+// Calls every export with any value, any receiver, nothing, and as a constructor.
+export function callAll(value, assertAnswer = () => {}) {
+  for (const [name, call] of Object.entries(brindle)) {
+    if (typeof call !== 'function') continue;
+    Reflect.construct(call, [value]);
+    for (const answer of [call(value), Reflect.apply(call, value, [value, value]), call()]) {
+      assertAnswer(name, answer);
+    }
+  }
+}
+
+// What happens while the library reads the property `key` of `owner`; an action
+// may give another value for it.
+const actions = {
+  throw: (_, { odd }) => { throw make(odd); },
+  replace: (_, { odd }) => ({ value: make(odd) }),
+  detach: (_, { memory }) => void (memory.byteLength && structuredClone(memory, { transfer: [memory] })),
+  shrinkMemory: (_, { memory }) => void (memory.resizable && memory.resize(8)),
+  growMemory: (_, { memory }) => void (memory.resizable && memory.resize(memory.maxByteLength)),
+  shrink: ({ owner }) => void (owner.length = 0),
+  grow: ({ owner }, { odd }) => void (Array.isArray(owner) && owner.push(make(odd), ...owner.slice(0, 2))),
+  deleteAll: ({ owner }) => Object.keys(owner).forEach((key) => Reflect.deleteProperty(owner, key)),
+  recurse: (_, world) => void (world.depth++ < 2 && callAll(world.root)),
+  overflow: (_, { root }) => void brindle.buildBlock(root),  // until the stack ends
+  gc: () => globalThis.gc?.(),
+};
+
+export const plot = fc.array(fc.record({ at: fc.nat(60), odd: hostile,
+  action: fc.constantFrom(...Object.keys(actions)) }, { noNullPrototype: true }), { minLength: 1, maxLength: 4 });
+
+// A copy of the value whose every property is a getter, and whose objects are
+// proxies if asked; `plotted` says at which read what happens. `world` holds
+// the memory that the actions attack, and gets the copy as `root`.
+export function sabotaged(value, plotted, proxied, world) {
+  let reads = 0;
+  const onRead = (owner, inner) => {
+    const due = plotted.find(({ at }) => at === reads);
+    reads++;
+    const other = due && actions[due.action]({ owner }, Object.assign(world, { odd: due.odd }));
+    return other === undefined ? inner : other.value;
+  };
+  const trapped = (copy) => new Proxy(copy, Object.fromEntries(
+    ['get', 'has', 'ownKeys', 'getOwnPropertyDescriptor', 'getPrototypeOf'].map((trap) =>
+      [trap, (...args) => onRead(copy) ?? Reflect[trap](...args)])));
+  const copyOf = (original) => {
+    if (typeof original !== 'object' || original === null || ArrayBuffer.isView(original)) return original;
+    const copy = Array.isArray(original) ? [] : {};
+    for (const [key, item] of Object.entries(original)) {
+      const inner = copyOf(item);
+      Object.defineProperty(copy, key, { get: () => onRead(copy, inner), enumerable: true, configurable: true });
+    }
+    return proxied && !Array.isArray(copy) ? trapped(copy) : copy;
+  };
+  return Object.assign(world, { depth: 0, root: copyOf(value) }).root;
+}
+
+// Memory that a plot can take away or resize, with a copy of the block in it.
+export function attackable(block) {
+  const memory = resizable(block.length);
+  new Uint8Array(memory).set(block);
+  return memory;
+}
