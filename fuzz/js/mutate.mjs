@@ -142,14 +142,15 @@ function repairSchema(data, start, depth) {
 }
 
 // The block with checksums that fit, if its schema can be followed; what has
-// been put right before the fault stays.
+// been put right before the fault stays. `followed` says whether there is none.
 export function repaired(block) {
   const data = bytes(block);
   try {
     const { end } = repairSchema(data, 0, 1);
     if (data[5] & 1) le(crc(data.subarray(0, end), 0xffff, 0xa001), 2).copy(data, end);
+    return { data, followed: true };
   } catch (error) {
     if (!(error instanceof RangeError)) throw error;
+    return { data, followed: false };
   }
-  return data;
 }
