@@ -58,6 +58,26 @@ property('edits replace what they name, and nothing else', 150, editedSpec, ([sp
   if (!schema.hasCrc) assertParsed({ schema, record: result, block: after, readable });
 });
 
+// Turns some values into constants, records too, which no BlockSpec can.
+function withConstants({ schema, record }, picks) {
+  const isPicked = ({ name }, i) => record.has(name) && picks[i % picks.length];
+  const fields = schema.fields.map((field, i) => isPicked(field, i) ?
+    { ...field, isMeta: true, constant: record.get(field.name) } : field);
+  const rest = [...record].filter(([name]) => !fields.some((field) => field.name === name && field.isMeta));
+  return { schema: { ...schema, fields }, record: new Map(rest) };
+}
+
+property('blocks of another writer are read, and written again as they are', 120, blockSpec,
+  fc.array(fc.boolean(), { minLength: 4, maxLength: 4 }), fc.boolean(), fc.boolean(),
+  (spec, picks, reversed, trailer) => {
+    const { schema, record } = withConstants(expected(spec), picks);
+    const order = reversed ? new Map([...record].reverse()) : record;
+    const bytesOf = (trailer) => bytes(schemaBytes(schema), packetBytes(schema, order, trailer));
+    const model = { schema, record: order, block: bytesOf(trailer), readable: isReadableSchema(schema) };
+    if (!assertParsed(model) || schema.hasCrc || !isReadableRecord(schema, record)) return;
+    assertSame(packMetaBlock({ rawBytes: model.block, values: {} }), { ok: true, value: bytesOf(false) });
+  });
+
 function hashOf(models) {
   const summaries = models.map(({ schema, block }) => {
     const { uuidRawBytes, instance } = identityOf(schema);

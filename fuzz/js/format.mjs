@@ -9,6 +9,8 @@ import { bytes, crc, jamcrc, le } from '../../tests/js/encode.mjs';
 const typeCodes = ['int8', 'int16', 'int32', 'int64', 'uint8', 'uint16', 'uint32', 'uint64',
   'float', 'string', 'enum', 'bool', 'datamap'];
 
+const withTrailer = (data) => bytes(data, le(crc(data, 0xffff, 0xa001), 2));
+
 function varint(value) {
   const groups = [];
   for (let rest = BigInt(value); groups.length === 0 || rest > 0n; rest >>= 7n) {
@@ -44,25 +46,32 @@ function packOne(field, value) {
 const packValue = (field, value) => !field.repeated ? packOne(field, value) :
   bytes(varint(value.length), ...value.map((item) => packOne(field, item)));
 
-export function packetBytes(schema, record) {
+export function packetBytes(schema, record, trailer = false) {
   const body = bytes(...[...record].flatMap(([name, value]) => {
     const index = schema.fields.findIndex((field) => field.name === name);
     return [varint(index), packValue(schema.fields[index], value)];
   }));
-  return bytes(10, 0, counted(body));
+  const packet = bytes(10, trailer ? 1 : 0, counted(body));
+  return trailer ? withTrailer(packet) : packet;
 }
 
 // The bytes of a constant that its checksum covers.
-function plainOne({ type }, value) {
+function plainOne({ type, nested }, value) {
   switch (type) {
+    case 'datamap': return bytes(...[...value].flatMap(([name, item]) =>
+      [name, le(valueCrc(fieldNamed(nested, name), item), 4)]));
     case 'float': return float32(value);
     case 'string': return bytes(value);
     case 'bool': case 'enum': return bytes(Number(value));
     default: return wide(value, widthOf(type));
   }
 }
-const valueCrc = (field, value) =>
-  jamcrc(bytes(...[value].flat().map((item) => plainOne(field, item))));
+const fieldNamed = ({ fields }, wanted) => fields.find(({ name }) => name === wanted);
+// An array of records counts with the checksum of each.
+const plainItem = (field, item) => field.type === 'datamap' ?
+  le(jamcrc(plainOne(field, item)), 4) : plainOne(field, item);
+const valueCrc = (field, value) => jamcrc(field.repeated ?
+  bytes(...value.map((item) => plainItem(field, item))) : plainOne(field, value));
 
 const flagsOf = ({ isMeta, repeated }) => (isMeta ? 1 : 0) + (repeated ? 2 : 0);
 const schemaCrc = (schema) => jamcrc(bytes(schema.name, schema.hasCrc ? 1 : 0,
@@ -84,7 +93,7 @@ export function schemaBytes(schema, trailer = schema.hasCrc) {
   const body = bytes(name, ...schema.fields.map(descriptor));
   const block = bytes('MHCS', 10, schema.hasCrc ? 1 : 0, le(body.length, 2),
     le(schemaCrc(schema), 4), le(schema.fields.length, 4), name.length, body);
-  return trailer ? bytes(block, le(crc(block, 0xffff, 0xa001), 2)) : block;
+  return trailer ? withTrailer(block) : block;
 }
 
 const emptyArrays = new Set(['int16', 'int32', 'int64', 'uint16', 'uint32', 'uint64']);
@@ -98,7 +107,7 @@ function isReadableValue(field, value) {
 }
 
 export const isReadableRecord = (schema, record) => [...record].every(([name, value]) =>
-  isReadableValue(schema.fields.find((field) => field.name === name), value));
+  isReadableValue(fieldNamed(schema, name), value));
 
 const isShort = (name) => Buffer.byteLength(name) <= 254;
 export const isReadableSchema = ({ name, fields }) => isShort(name) && fields.length <= 100 &&

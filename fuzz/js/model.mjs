@@ -88,7 +88,7 @@ export function identityOf({ fields }) {
 export function blockDTO(schema, record, block) {
   const readable = isReadableRecord(schema, record) ? record : new Map();
   const constants = schema.fields.filter(({ isMeta }) => isMeta)
-    .map(({ name, constant }) => [name, constant]);
+    .map(({ name, constant }) => [name, toValue(constant)]);
   return { ...identityOf(schema), meta: metaDTO(schema), values: toObject(readable),
     metaValues: Object.fromEntries(constants),
     raw: { size: block.length, crc32: jamcrc(block) }, rawBytes: block };

@@ -62,6 +62,11 @@ class Cursor {
   }
 }
 
+const within = (limit, value) => {
+  if (value > limit) throw new RangeError('too many');
+  return value;
+};
+
 const widths = [1, 2, 4, 8, 1, 2, 4, 8, 4, 0, 1, 1];
 
 // The bytes of the next value that its checksum covers.
@@ -77,9 +82,11 @@ function plainOne(cursor, field) {
 }
 
 function valueCrc(cursor, field) {
-  const length = field.flags & 2 ? Number(cursor.varint()) : 1;
-  if (length > 1000) throw new RangeError('runaway array');
-  return le(jamcrc(bytes(...Array.from({ length }, () => plainOne(cursor, field)))), 4);
+  if ((field.flags & 2) === 0) return le(jamcrc(plainOne(cursor, field)), 4);
+  const length = within(1000, Number(cursor.varint()));
+  const items = Array.from({ length }, () => plainOne(cursor, field));
+  // An array of records counts with the checksum of each.
+  return le(jamcrc(bytes(...items.map((item) => field.type === 12 ? le(jamcrc(item), 4) : item))), 4);
 }
 
 function plainRecord(cursor, fields) {
@@ -118,15 +125,10 @@ function merge(fields, field) {
   return first;
 }
 
-const isWithin = (limit, value) => {
-  if (value > limit) throw new RangeError('too many');
-  return value;
-};
-
 function repairSchema(data, start, depth) {
-  isWithin(5, depth);
+  within(5, depth);
   const cursor = new Cursor(data, start + 12);
-  const count = isWithin(100, cursor.u32());
+  const count = within(100, cursor.u32());
   const name = cursor.take(cursor.u8());
   const fields = [];
   for (let i = 0; i < count; i++) {
