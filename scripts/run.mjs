@@ -66,6 +66,11 @@ function asan() {
   runJsTests(sanitizedModuleEnv(folder));
 }
 
+function soak() {
+  buildModule();
+  run(process.execPath, ['fuzz/js/soak.mjs', ...process.argv.slice(3)]);
+}
+
 const cppFiles = () =>
   ['foundation', 'schema', 'serialization', 'binding', 'tests'].flatMap(
     (folder) => readdirSync(join(root, folder), { recursive: true })
@@ -96,6 +101,8 @@ function lint() {
 const tasks = {
   build: buildModule, demo, test, asan, bounds, lint, format,
   'fuzz:js': fuzzJs,
+  build: buildModule, demo, test, asan, lint, format, 'fuzz:js': fuzzJs,
+  soak,
 };
 
 const task = tasks[process.argv[2]];

@@ -23,7 +23,7 @@ const spec = (count) => ({ metaName: 'soak', fields: [
 metaFields: [{ name: '__uuid', type: 'string', value: '01020304-0506-0708-090a-0b0c0d0e0f10' },
   { name: '__instance', type: 'uint16', value: 3 }] });
 
-// Each is a call that succeeds or, as its first element says, is refused.
+// Calls, each behind whether it succeeds.
 function makeCalls(count) {
   const description = spec(count);
   const { value: block } = buildBlock(description);
@@ -92,8 +92,10 @@ function soak(calls) {
 const [calls = '1000000', child] = process.argv.slice(2);
 if (child) soak(Number(calls));
 else {
-  // The lines that the catch-all prints are dropped as well.
+  // The lines that the catch-all prints are dropped as well. A nursery that
+  // grows half-way through would look like a leak.
   const args = ['-c', '"$@" 2>&1 >/dev/null | grep -v "^\\[brindle\\] "; exit ${PIPESTATUS[0]}', 'bash',
-    process.execPath, '--expose-gc', fileURLToPath(import.meta.url), calls, 'child'];
+    process.execPath, '--expose-gc', '--min-semi-space-size=16', '--max-semi-space-size=16',
+    fileURLToPath(import.meta.url), calls, 'child'];
   process.exitCode = spawnSync('bash', args, { stdio: 'inherit' }).status ?? 1;
 }
