@@ -15,6 +15,9 @@ const detached = (view) => {
   structuredClone(view.buffer, { transfer: [view.buffer] });
   return view;
 };
+// The bytes of the memory, which loses them unless it has none.
+const takenOver = (memory) =>
+  new Uint8Array(memory.byteLength === 0 ? 0 : structuredClone(memory, { transfer: [memory] }));
 const cyclic = (object) => Object.entries({ self: object, nested: object, fields: [object], type: 'datamap',
   metaName: 'cyclic', name: 'cyclic', value: object, values: object }).reduce((target, [key, value]) =>
   Object.defineProperty(target, key, { value, enumerable: true }), object);
@@ -74,7 +77,7 @@ export function callAll(value, assertAnswer = () => {}) {
 const actions = {
   throw: (_, { odd }) => { throw make(odd); },
   replace: (_, { odd }) => ({ value: make(odd) }),
-  detach: (_, { memory }) => void (memory.byteLength && structuredClone(memory, { transfer: [memory] })),
+  detach: (_, { memory }) => void takenOver(memory).fill(0xee),
   shrinkMemory: (_, { memory }) => void (memory.resizable && memory.resize(8)),
   growMemory: (_, { memory }) => void (memory.resizable && memory.resize(memory.maxByteLength)),
   shrink: ({ owner }) => void (owner.length = 0),
