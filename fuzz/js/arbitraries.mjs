@@ -9,7 +9,8 @@ export const text = fc.oneof(
   { weight: 3, arbitrary: fc.string({ unit: 'grapheme', maxLength: 8 }) },
   { weight: 2, arbitrary: fc.string({ unit: anyUnit, maxLength: 8 }) },
   // Up to 254 bytes, the limit of names, or a little more.
-  fc.tuple(fc.constantFrom('n', '\u00e9', '\u{1f600}'), fc.integer({ min: 60, max: 130 })).map(repeat),
+  fc.tuple(fc.constantFrom('n', '\u00e9', '\u{1f600}'), fc.integer({ min: 60, max: 130 }))
+    .map(repeat),
   fc.integer({ min: 250, max: 256 }).map((count) => 'x'.repeat(count)));
 
 const oddNames = ['', '__proto__', 'constructor', 'toString', 'length', '0', '1', '07', '-1',
@@ -52,13 +53,13 @@ const recordOf = (fields) => fc.tuple(...fields.map((field) =>
   fc.option(valueOf(field), { freq: 12 }).map((value) => [field.name, value])))
   .map(Object.fromEntries);
 
-const option = fc.record({ key: text, code: fc.oneof(fc.nat(255), fc.double({ min: 0, max: 255, noNaN: true })) },
-  { noNullPrototype: true });
+const code = fc.oneof(fc.nat(255), fc.double({ min: 0, max: 255, noNaN: true }));
+const option = fc.record({ key: text, code }, { noNullPrototype: true });
 const enumOptions = fc.array(option, { minLength: 1, maxLength: 4 });
 const repeated = fc.oneof({ weight: 2, arbitrary: fc.constant(false) }, fc.constant(true));
 
-const leaf = fc.record({ name: fieldName, type: fc.constantFrom(...types.slice(0, -1)), repeated, enumOptions,
-  isMeta: fc.boolean() }, { noNullPrototype: true });
+const leaf = fc.record({ name: fieldName, type: fc.constantFrom(...types.slice(0, -1)), repeated,
+  enumOptions, isMeta: fc.boolean() }, { noNullPrototype: true });
 const branch = (level) => fc.record({ name: fieldName, type: fc.constant('datamap'), repeated,
   nested: nestedSpec(level + 1), isMeta: fc.constant(false) }, { noNullPrototype: true });
 
@@ -75,19 +76,22 @@ const withValue = (field, absence) => fc.option(valueOf(field), absence)
 const constants = (metas) => fc.tuple(...metas.map((field) => valueOf(field)
   .map((value) => ({ ...field, value }))));
 
-const split = (list) => ['', 'meta'].map((kind) => list.filter(({ isMeta }) => isMeta === Boolean(kind))
-  .map(({ isMeta, ...field }) => field));
+const split = (list) => [false, true].map((kind) =>
+  list.filter(({ isMeta }) => isMeta === kind).map(({ isMeta, ...field }) => field));
 
 function nestedSpec(level) {
-  return fc.tuple(text, declarations(level, { minLength: 1, maxLength: 4 })).chain(([metaName, list]) => {
+  const some = declarations(level, { minLength: 1, maxLength: 4 });
+  return fc.tuple(text, some).chain(([metaName, list]) => {
     const [fields, metas] = split(list);
     return constants(metas).map((metaFields) => ({ metaName, fields, metaFields }));
   });
 }
 
-const hex = fc.string({ unit: fc.constantFrom(...'0123456789abcdefABCDEF'), minLength: 32, maxLength: 32 });
+const digit = fc.constantFrom(...'0123456789abcdefABCDEF');
+const hex = fc.string({ unit: digit, minLength: 32, maxLength: 32 });
 const dashed = (digits) => digits.replace(/^(.{8})(.{4})(.{4})(.{4})/, '$1-$2-$3-$4-');
-const uuid = fc.oneof({ weight: 5, arbitrary: hex.map(dashed) }, text, fc.constant(dashed('0'.repeat(32))));
+const uuid = fc.oneof({ weight: 5, arbitrary: hex.map(dashed) }, text,
+  fc.constant(dashed('0'.repeat(32))));
 const instance = fc.constantFrom('uint8', 'uint16', 'uint32').chain((type) =>
   values[type]().map((value) => ({ name: '__instance', type, value })));
 const string = (name, value) => value.map((value) => ({ name, type: 'string', value }));
@@ -104,12 +108,13 @@ const specOf = (reservedConstants, maxLength) => fc.tuple(text, fc.boolean(), re
   .chain(([metaName, hasCrc, extra, list, twice]) => {
     const [fields, metas] = split(list);
     const again = twice.flatMap((at) => fields.slice(at % (fields.length + 1)).slice(0, 1));
-    return fc.tuple(fc.tuple(...[...fields, ...again].map((field) => withValue(field, { freq: 8 }))),
-      constants(metas)).map(([fields, metaFields]) =>
+    const withValues = [...fields, ...again].map((field) => withValue(field, { freq: 8 }));
+    return fc.tuple(fc.tuple(...withValues), constants(metas)).map(([fields, metaFields]) =>
       ({ metaName, hasCrc, fields, metaFields: [...metaFields, ...extra] }));
   });
 export const blockSpec = specOf(reserved, 8);
 export const identifiedSpec = specOf(fc.tuple(...identity), 3);
 
 // A BlockSpec and other values for some of its fields.
-export const editedSpec = blockSpec.chain((spec) => fc.tuple(fc.constant(spec), recordOf(spec.fields)));
+export const editedSpec = blockSpec.chain((spec) =>
+  fc.tuple(fc.constant(spec), recordOf(spec.fields)));

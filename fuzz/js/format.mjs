@@ -81,9 +81,11 @@ const schemaCrc = (schema) => jamcrc(bytes(schema.name, schema.hasCrc ? 1 : 0,
     field.isMeta ? le(valueCrc(field, field.constant), 4) : ''])));
 
 const sized = (part) => bytes(le(bytes(part).length, 4), part);
-const descriptor = (field) => bytes(sized(field.name), typeCodes.indexOf(field.type), flagsOf(field),
-  ...(field.type === 'enum' ?
-    [le(field.options.length, 4), ...field.options.flatMap(([key, code]) => [sized(key), code])] : []),
+const packedOptions = (options) =>
+  bytes(le(options.length, 4), ...options.flatMap(([key, code]) => [sized(key), code]));
+const descriptor = (field) => bytes(
+  sized(field.name), typeCodes.indexOf(field.type), flagsOf(field),
+  field.type === 'enum' ? packedOptions(field.options) : '',
   field.nested ? sized(schemaBytes(field.nested)) : '',
   field.isMeta ? packValue(field, field.constant) : '');
 

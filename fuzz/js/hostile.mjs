@@ -5,60 +5,91 @@ import { brindle, fc } from './support.mjs';
 
 const bytes = () => Uint8Array.from({ length: 64 }, (_, i) => i);
 const canResize = 'resize' in ArrayBuffer.prototype;  // not in Node.js 18
-const resizable = (size) => canResize ? new ArrayBuffer(size, { maxByteLength: 2 * size }) : new ArrayBuffer(size);
+const resizable = (size) =>
+  new ArrayBuffer(size, canResize ? { maxByteLength: 2 * size } : undefined);
 const revoked = (target) => {
   const { proxy, revoke } = Proxy.revocable(target, {});
   revoke();
   return proxy;
 };
-const detached = (view) => {
-  structuredClone(view.buffer, { transfer: [view.buffer] });
-  return view;
-};
 // The bytes of the memory, which loses them unless it has none.
 const takenOver = (memory) =>
   new Uint8Array(memory.byteLength === 0 ? 0 : structuredClone(memory, { transfer: [memory] }));
-const cyclic = (object) => Object.entries({ self: object, nested: object, fields: [object], type: 'datamap',
-  metaName: 'cyclic', name: 'cyclic', value: object, values: object }).reduce((target, [key, value]) =>
-  Object.defineProperty(target, key, { value, enumerable: true }), object);
+const detached = (view) => {
+  takenOver(view.buffer);
+  return view;
+};
+const outOfBounds = () => {
+  const view = new Uint8Array(resizable(64), 40);
+  view.buffer.resize?.(8);
+  return view;
+};
+const cyclic = (object) => {
+  const list = [object];
+  list.push(list);
+  const properties = { self: object, nested: object, fields: list, type: 'datamap',
+    metaName: 'cyclic', name: 'cyclic', value: object, values: object };
+  for (const [key, value] of Object.entries(properties)) {
+    Object.defineProperty(object, key, { value, enumerable: true });
+  }
+  return object;
+};
 const withPrototype = (object, prototype) => Object.setPrototypeOf(object, prototype);
-// Answers itself to everything, and lists names without end.
-const maze = () => new Proxy(() => {}, { get: maze, has: () => true, getPrototypeOf: maze, apply: maze,
-  ownKeys: () => ['prototype', 'arguments', 'caller', 'length', 'name', ...Array(200).keys()].map(String),
-  getOwnPropertyDescriptor: () => ({ value: 1, enumerable: true, configurable: true, writable: true }) });
-const throwing = new Proxy({}, { get() { throw bomb('message', Error()); }, ownKeys() { throw null; } });
+
+const readKeys = ['metaName', 'fields', 'metaFields', 'rawBytes', 'values', 'name', 'type', 'value',
+  'length', 'key', 'code', 'toString', 'then'];
+const throwing = new Proxy({}, {
+  get() { throw bomb('message', Error()); },
+  ownKeys() { throw null; },
+});
+// Answers another of its kind to everything.
+const maze = () => new Proxy(() => {}, {
+  get: maze, has: () => true, getPrototypeOf: maze, apply: maze,
+  ownKeys: () => ['prototype', ...Array(200).keys()].map(String),
+  getOwnPropertyDescriptor: () => ({ value: 1, enumerable: true, configurable: true }),
+});
 
 const makers = {
-  undefined: () => undefined, null: () => null, zero: () => -0, nan: () => NaN, big: () => 2n ** 64n,
-  symbol: () => Symbol('s'), wellKnownSymbol: () => Symbol.toPrimitive, loneSurrogate: () => '\ud800',
-  longText: () => 'x'.repeat(70000), format: () => '%s%n%d', nul: () => '\0',
-  holes: () => [, 1, , 2], endless: () => Array(2 ** 32 - 1), array: () => [[[]]], nested: () => [{}, [null]],
-  frozen: () => Object.freeze({ name: 'n', type: 'int8' }), nullPrototype: () => Object.create(null),
-  cyclicObject: () => cyclic({}), cyclicArray: () => { const list = []; return list.push(list) && list; },
-  cyclicFunction: () => cyclic(() => {}), class: () => class { static fields = []; static metaName = ''; },
-  generator: () => (function* () {})(), promise: () => Promise.resolve(), date: () => new Date(NaN),
-  map: () => new Map([['name', 'n']]), regexp: () => /n/g, boxed: () => Object('boxed'), global: () => globalThis,
-  error: () => bomb('message', Error()), unlistable: () => unlistable[1], throwing: () => throwing, maze,
-  getters: () => ['metaName', 'fields', 'metaFields', 'rawBytes', 'values', 'name', 'type', 'value', 'length',
-    'key', 'code', 'toString', 'then'].reduce((object, key) => bomb(key, object), {}),
-  revokedObject: () => revoked({}), revokedArray: () => revoked([]), revokedFunction: () => revoked(() => {}),
-  proxiedArray: () => new Proxy([1], {}), arrayOfBombs: () => bomb(1, [{}]), subclass: () => new (class extends Array {})(3),
-  buffer: () => Buffer.from(bytes()), float64: () => new Float64Array(bytes().buffer), dataView: () => new DataView(new ArrayBuffer(64)),
-  arrayBuffer: () => new ArrayBuffer(64), detachedBuffer: () => detached(Buffer.from(bytes().buffer)),
-  detachedView: () => detached(new DataView(new ArrayBuffer(64))), detachedMemory: () => detached(bytes()).buffer,
-  tracking: () => new Uint8Array(resizable(64)), shared: () => new Uint8Array(new SharedArrayBuffer(64)),
-  outOfBounds: () => { const view = new Uint8Array(resizable(64), 40); view.buffer.resize?.(8); return view; },
+  undefined: () => undefined, null: () => null, zero: () => -0, nan: () => NaN,
+  big: () => 2n ** 64n, symbol: () => Symbol('s'), wellKnownSymbol: () => Symbol.toPrimitive,
+  loneSurrogate: () => '\ud800', nul: () => '\0', format: () => '%s%n%d',
+  longText: () => 'x'.repeat(70000),
+  holes: () => [, 1, , 2], endless: () => Array(2 ** 32 - 1), nested: () => [{}, [null], [[]]],
+  cyclicObject: () => cyclic({}), cyclicArray: () => cyclic([]),
+  cyclicFunction: () => cyclic(() => {}), class: () => class { static metaName = ''; },
+  generator: () => (function* () {})(), promise: () => Promise.resolve(),
+  date: () => new Date(NaN), map: () => new Map([['name', 'n']]), regexp: () => /n/g,
+  boxed: () => Object('boxed'), global: () => globalThis,
+  frozen: () => Object.freeze({ name: 'n' }),
+  error: () => bomb('message', Error()), unlistable: () => unlistable[1],
+  getters: () => readKeys.reduce((object, key) => bomb(key, object), {}),
+  throwing: () => throwing, maze, revokedObject: () => revoked({}),
+  revokedArray: () => revoked([]), revokedFunction: () => revoked(() => {}),
+  proxiedArray: () => new Proxy([1], {}), arrayOfBombs: () => bomb(1, [{}]),
+  subclass: () => new (class extends Array {})(3),
+  // Memory, and views of it.
+  arrayBuffer: () => new ArrayBuffer(64), buffer: () => Buffer.from(bytes()),
+  float64: () => new Float64Array(bytes().buffer), dataView: () => new DataView(bytes().buffer),
+  tracking: () => new Uint8Array(resizable(64)), outOfBounds,
+  shared: () => new Uint8Array(new SharedArrayBuffer(64)),
   wasm: () => new Uint8Array(new WebAssembly.Memory({ initial: 1 }).buffer, 8, 64),
-  fakeBuffer: () => Object.create(Buffer.prototype), proxiedBuffer: () => new Proxy(Buffer.alloc(64), {}),
-  mazeBuffer: () => withPrototype(bytes(), maze()), orphan: () => withPrototype(Buffer.from(bytes()), null),
-  revokedPrototype: () => withPrototype(bytes(), revoked({})), cutOff: () => withPrototype(Buffer.from(bytes()), throwing),
+  detachedMemory: () => detached(bytes()).buffer,
+  detachedBuffer: () => detached(Buffer.from(bytes().buffer)),
+  detachedView: () => detached(new DataView(new ArrayBuffer(64))),
+  fakeBuffer: () => Object.create(Buffer.prototype),
+  proxiedBuffer: () => new Proxy(Buffer.alloc(64), {}),
+  orphan: () => withPrototype(Buffer.from(bytes()), null),
+  mazeBuffer: () => withPrototype(bytes(), maze()),
+  revokedPrototype: () => withPrototype(bytes(), revoked({})),
+  cutOff: () => withPrototype(Buffer.from(bytes()), throwing),
   lyingLength: () => Object.defineProperty(bytes(), 'length', { value: 2 ** 40 }),
 };
 
 export const hostile = fc.oneof(
   { weight: 3, arbitrary: fc.constantFrom(...Object.keys(makers)).map((name) => ({ name })) },
-  fc.anything({ withBigInt: true, withBoxedValues: true, withDate: true, withMap: true, withNullPrototype: true,
-    withSet: true, withSparseArray: true, withTypedArray: true }).map((value) => ({ value })));
+  fc.anything({ withBigInt: true, withBoxedValues: true, withDate: true, withMap: true,
+    withSet: true, withNullPrototype: true, withSparseArray: true,
+    withTypedArray: true }).map((value) => ({ value })));
 export const make = ({ name, value }) => name === undefined ? value : makers[name]();
 
 // Calls every export with any value, any receiver, nothing, and as a constructor.
@@ -81,15 +112,16 @@ const actions = {
   shrinkMemory: (_, { memory }) => void (memory.resizable && memory.resize(8)),
   growMemory: (_, { memory }) => void (memory.resizable && memory.resize(memory.maxByteLength)),
   shrink: ({ owner }) => void (owner.length = 0),
-  grow: ({ owner }, { odd }) => void (Array.isArray(owner) && owner.push(make(odd), ...owner.slice(0, 2))),
+  grow: ({ owner }, { odd }) => void (Array.isArray(owner) && owner.push(make(odd), {}, null)),
   deleteAll: ({ owner }) => Object.keys(owner).forEach((key) => Reflect.deleteProperty(owner, key)),
   recurse: (_, world) => void (world.depth++ < 2 && callAll(world.root)),
   overflow: (_, { root }) => void brindle.buildBlock(root),  // until the stack ends
   gc: () => globalThis.gc?.(),
 };
 
-export const plot = fc.array(fc.record({ at: fc.nat(60), odd: hostile,
-  action: fc.constantFrom(...Object.keys(actions)) }, { noNullPrototype: true }), { minLength: 1, maxLength: 4 });
+const event = fc.record({ at: fc.nat(60), odd: hostile,
+  action: fc.constantFrom(...Object.keys(actions)) }, { noNullPrototype: true });
+export const plot = fc.array(event, { minLength: 1, maxLength: 4 });
 
 // A copy of the value whose every property is a getter, and whose objects are
 // proxies if asked; `plotted` says at which read what happens. `world` holds
@@ -106,11 +138,13 @@ export function sabotaged(value, plotted, proxied, world) {
     ['get', 'has', 'ownKeys', 'getOwnPropertyDescriptor', 'getPrototypeOf'].map((trap) =>
       [trap, (...args) => onRead(copy) ?? Reflect[trap](...args)])));
   const copyOf = (original) => {
-    if (typeof original !== 'object' || original === null || ArrayBuffer.isView(original)) return original;
+    const isTree = typeof original === 'object' && original !== null;
+    if (!isTree || ArrayBuffer.isView(original)) return original;
     const copy = Array.isArray(original) ? [] : {};
     for (const [key, item] of Object.entries(original)) {
       const inner = copyOf(item);
-      Object.defineProperty(copy, key, { get: () => onRead(copy, inner), enumerable: true, configurable: true });
+      const get = () => onRead(copy, inner);
+      Object.defineProperty(copy, key, { get, enumerable: true, configurable: true });
     }
     return proxied && !Array.isArray(copy) ? trapped(copy) : copy;
   };

@@ -56,7 +56,8 @@ const toValue = (value) => value instanceof Map ? toObject(value) :
 const toObject = (record) =>
   Object.fromEntries([...record].map(([name, value]) => [name, toValue(value)]));
 
-const fieldDTO = ({ name, type, repeated, isMeta, options, nested }) => ({ name, type, repeated, isMeta,
+const fieldDTO = ({ name, type, repeated, isMeta, options, nested }) => ({
+  name, type, repeated, isMeta,
   ...(type === 'enum' && { enumMapping: Object.fromEntries(options) }),
   ...(nested && { nested: metaDTO(nested) }) });
 const metaDTO = ({ name, fields }) => ({ name, fields: fields.map(fieldDTO) });

@@ -19,7 +19,8 @@ const spec = (count) => ({ metaName: 'soak', fields: [
   { name: 's', type: 'string', repeated: true, value: Array(count).fill('text') },
   { name: 'u', type: 'uint32', repeated: true, value: Array(count).fill(70000) },
   { name: 'e', type: 'enum', value: 1, enumOptions: [{ key: 'a', code: 1 }] },
-  { name: 'r', type: 'datamap', repeated: true, nested, value: Array(count).fill({ x: 1, y: -1 }) }],
+  { name: 'r', type: 'datamap', nested, repeated: true,
+    value: Array(count).fill({ x: 1, y: -1 }) }],
 metaFields: [{ name: '__uuid', type: 'string', value: '01020304-0506-0708-090a-0b0c0d0e0f10' },
   { name: '__instance', type: 'uint16', value: 3 }] });
 
@@ -30,7 +31,8 @@ function makeCalls(count) {
   const { value: dto } = parseMetaBlock(block);
   const entries = blob(...Array(count > 10 ? 20 : 2).fill(block));
   const damaged = Buffer.from(block).fill(1, 20, 30);
-  const badValue = { ...description, fields: [...description.fields, { name: 'z', type: 'int8', value: 999 }] };
+  const withField = (more) =>
+    ({ ...description, fields: [...description.fields, { name: 'z', ...more }] });
   const inner = { ...nested, hasCrc: true };
   return [
     ...['validateBlock', 'parseMetaBlock'].flatMap((name) => [[true, () => brindle[name](block)],
@@ -38,12 +40,15 @@ function makeCalls(count) {
     [true, () => buildBlock(description)], [true, () => packMetaBlock(dto)],
     [true, () => packMetaBlock({ rawBytes: block, values: { n: 1, s: ['x'] } })],
     [true, () => parseConfigBlob(entries)], [true, () => calcNgConfigHash(entries)],
-    [false, () => parseConfigBlob(entries.subarray(0, -1))], [false, () => calcNgConfigHash(entries.subarray(1))],
-    [false, () => buildBlock(badValue)], [false, () => buildBlock({ metaName: '', fields: [{ name: '', type: 'x' }] })],
-    [false, () => buildBlock(bomb('fields', { metaName: 'm' }))], [false, () => packMetaBlock(unlistable[0])],
+    [false, () => parseConfigBlob(entries.subarray(0, -1))],
+    [false, () => calcNgConfigHash(entries.subarray(1))],
+    [false, () => buildBlock(withField({ type: 'int8', value: 999 }))],
+    [false, () => buildBlock(withField({ type: 'x' }))],
+    [false, () => buildBlock(bomb('fields', { metaName: 'm' }))],
+    [false, () => packMetaBlock(unlistable[0])],
     [false, () => packMetaBlock(bomb('values', { rawBytes: block }))],
     [false, () => packMetaBlock({ rawBytes: block, values: { s: [5] } })],
-    [true, () => buildBlock({ metaName: '', fields: [{ name: 'd', type: 'datamap', nested: inner }] })],
+    [true, () => buildBlock(withField({ type: 'datamap', nested: inner }))],
     [true, () => ({ ok: brindle.abiVersion().length === 5 && brindle.crc32(block) !== 0 })],
     [false, () => ({ ok: brindle.crc32([block]) !== 0 })],
   ];
@@ -66,8 +71,8 @@ function memory() {
 }
 
 const median = (numbers) => numbers.sort((a, b) => a - b)[numbers.length >> 1];
-const table = (rows) => console.error(rows.map((row) =>
-  row.map((cell) => (typeof cell === 'number' ? cell.toFixed(2) : cell).padStart(12)).join('')).join('\n'));
+const cell = (value) => (typeof value === 'number' ? value.toFixed(2) : value).padStart(12);
+const printRow = (...values) => console.error(values.map(cell).join(''));
 
 // The child that works; its standard output is the core's, and not read.
 function soak(calls) {
@@ -80,10 +85,13 @@ function soak(calls) {
   const seconds = (performance.now() - started) / 1000;
   const kinds = Object.keys(GROWTH_LIMIT);
   const quarters = [0, 1, 2, 3].map((q) => samples.slice(q * SAMPLES / 4, (q + 1) * SAMPLES / 4));
-  const medians = quarters.map((quarter) => kinds.map((_, k) => median(quarter.map((row) => row[k]))));
+  const medians = quarters.map((quarter) =>
+    kinds.map((_, k) => median(quarter.map((row) => row[k]))));
   const growth = kinds.map((_, k) => medians[3][k] - medians[1][k]);
-  console.error(`${calls} calls, ${(calls / seconds).toFixed()} a second; MiB after each quarter's calls:`);
-  table([['', ...kinds], ...medians.map((row, q) => [`quarter ${q + 1}`, ...row]), ['growth', ...growth]]);
+  console.error(`${calls} calls, ${(calls / seconds).toFixed()} a second; MiB in each quarter:`);
+  printRow('', ...kinds);
+  medians.forEach((row, q) => printRow(`quarter ${q + 1}`, ...row));
+  printRow('growth', ...growth);
   const grown = kinds.filter((kind, k) => growth[k] > GROWTH_LIMIT[kind]);
   if (grown.length !== 0) console.error(`grows: ${grown.join(', ')}`);
   process.exitCode = grown.length === 0 ? 0 : 1;
@@ -94,8 +102,9 @@ if (child) soak(Number(calls));
 else {
   // The lines that the catch-all prints are dropped as well. A nursery that
   // grows half-way through would look like a leak.
-  const args = ['-c', '"$@" 2>&1 >/dev/null | grep -v "^\\[brindle\\] "; exit ${PIPESTATUS[0]}', 'bash',
-    process.execPath, '--expose-gc', '--min-semi-space-size=16', '--max-semi-space-size=16',
+  const quietly = '"$@" 2>&1 >/dev/null | grep -v "^\\[brindle\\] "; exit ${PIPESTATUS[0]}';
+  const args = ['-c', quietly, 'bash', process.execPath, '--expose-gc',
+    '--min-semi-space-size=16', '--max-semi-space-size=16',
     fileURLToPath(import.meta.url), calls, 'child'];
   process.exitCode = spawnSync('bash', args, { stdio: 'inherit' }).status ?? 1;
 }

@@ -66,7 +66,8 @@ function assertError(error, size) {
   const { blockIndex = 0, offset } = error;
   // A block has at least 34 bytes in a blob.
   assert.ok(isCount(blockIndex) && blockIndex <= size / 34, `index ${blockIndex}`);
-  assert.ok(offset === undefined || isCount(offset) && offset > 0 && offset <= size, `offset ${offset}`);
+  const isInside = isCount(offset) && offset > 0 && offset <= size;
+  assert.ok(offset === undefined || isInside, `offset ${offset}`);
 }
 
 // The answer of a data export is an envelope; `size` is that of its input.

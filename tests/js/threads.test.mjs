@@ -5,18 +5,20 @@ import { Worker } from 'node:worker_threads';
 import brindle, { assert, modulePath, test } from './module.mjs';
 
 const spec = { metaName: 'threads', hasCrc: true, fields: [
-  { name: 'n', type: 'int64', value: -3 }, { name: 's', type: 'string', repeated: true, value: ['a', ''] }],
+  { name: 'n', type: 'int64', value: -3 },
+  { name: 's', type: 'string', repeated: true, value: ['a', ''] }],
 metaFields: [{ name: '__uuid', type: 'string', value: '01020304-0506-0708-090a-0b0c0d0e0f10' },
   { name: '__instance', type: 'uint8', value: 7 }] };
 
 // What all exports answer, as text; the same everywhere.
 function answers(brindle, spec) {
   const { value: block } = brindle.buildBlock(spec);
-  const blob = Buffer.concat([Buffer.of(block.length, 0), block, Buffer.of(block.length, 0), block]);
+  const entry = Buffer.concat([Buffer.of(block.length, 0), block]);
+  const blob = Buffer.concat([entry, entry]);
   const { value: dto } = brindle.parseMetaBlock(block);
   const all = [brindle.abiVersion(), brindle.crc32(block), block, brindle.validateBlock(block), dto,
-    brindle.parseConfigBlob(blob), brindle.parseConfigBlob(blob.subarray(1)), brindle.calcNgConfigHash(blob),
-    brindle.packMetaBlock({ ...dto, values: { n: 2n ** 40n } })];
+    brindle.parseConfigBlob(blob), brindle.parseConfigBlob(blob.subarray(1)),
+    brindle.calcNgConfigHash(blob), brindle.packMetaBlock({ ...dto, values: { n: 2n ** 40n } })];
   return JSON.stringify(all, (_, value) => typeof value === 'bigint' ? `${value}n` : value);
 }
 const expected = answers(brindle, spec);
@@ -54,6 +56,7 @@ test('other realms, and a module loaded again, answer the same', () => {
   for (let i = 0; i < 20; i++) {
     for (const path of Object.keys(require.cache)) delete require.cache[path];
     const context = vm.createContext({ brindle: require(modulePath), Buffer });
-    assert.equal(vm.runInContext(`(${answers})(brindle, ${JSON.stringify(spec)})`, context), expected);
+    const code = `(${answers})(brindle, ${JSON.stringify(spec)})`;
+    assert.equal(vm.runInContext(code, context), expected);
   }
 });
