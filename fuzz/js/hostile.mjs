@@ -103,6 +103,9 @@ export function callAll(value, assertAnswer = () => {}) {
   }
 }
 
+// Calls within calls until the stack ends.
+const dive = () => brindle.buildBlock({ metaName: '', get fields() { return dive(); } });
+
 // What happens while the library reads the property `key` of `owner`; an action
 // may give another value for it.
 const actions = {
@@ -115,8 +118,8 @@ const actions = {
   grow: ({ owner }, { odd }) => void (Array.isArray(owner) && owner.push(make(odd), {}, null)),
   deleteAll: ({ owner }) => Object.keys(owner).forEach((key) => Reflect.deleteProperty(owner, key)),
   recurse: (_, world) => void (world.depth++ < 2 && callAll(world.root)),
-  overflow: (_, { root }) => void brindle.buildBlock(root),  // until the stack ends
-  gc: () => globalThis.gc?.(),
+  overflow: () => void dive(),
+  gc: () => globalThis.gc?.({ type: 'minor' }),
 };
 
 const event = fc.record({ at: fc.nat(60), odd: hostile,
