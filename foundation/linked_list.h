@@ -65,6 +65,19 @@ struct LinkedList {
     delete node;
   }
 
+  // Moves the first node of `other`, which has one, to the tail of this list.
+  void takeFirst(LinkedList& other) noexcept {
+    Node* node = other.head;
+    other.head = node->next;
+    (other.head == nullptr ? other.tail : other.head->prev) = nullptr;
+    --other.count;
+    node->next = nullptr;
+    node->prev = tail;
+    (tail == nullptr ? head : tail->next) = node;
+    tail = node;
+    ++count;
+  }
+
   void clear() {
     while (head != nullptr) remove(head);
   }

@@ -52,15 +52,20 @@ class EnumMapping {
     used.set(code);
     return true;
   }
-  // Appends the entries whose names are missing here, of several with the same
-  // name the first, and answers whether there were any. What there is no memory
-  // for is left out.
-  bool merge(const EnumMapping& other) {
-    bool changed = false;
-    for (const EnumEntry& entry : other) {
-      if (entries.find(entry.name) == nullptr) changed |= append(entry);
+  // Takes over the entries whose names are missing here, of several with the
+  // same name the first, and answers whether there were any.
+  bool merge(EnumMapping&& other) {
+    const uint64 before = count();
+    while (auto* first = other.entries.head()) {
+      if (entries.find(first->value.name) != nullptr) {
+        other.entries.remove(first);
+      } else {
+        used.set(first->value.value);
+        entries.takeFirst(other.entries);
+      }
     }
-    return changed;
+    other.used.reset();
+    return count() != before;
   }
 
   // The first entry of that name, or null.

@@ -87,12 +87,12 @@ bool Meta::addField(const SafeString& name, FieldFlags flags, FieldType type,
                   std::move(meta),
                   std::move(value)};
   bool changed = false;
-  const bool accepted = insertField(given, changed);
+  const bool accepted = insertField(std::move(given), changed);
   if (changed) updateCrc();
   return accepted;
 }
 
-bool Meta::insertField(MetaField& given, bool& changed) {
+bool Meta::insertField(MetaField&& given, bool& changed) {
   if (given.type == FieldType::ENUM && given.enumMapping.empty()) {
     pqpr("ENUM field must have a mapping of possible values.");
     return false;
@@ -111,7 +111,7 @@ bool Meta::insertField(MetaField& given, bool& changed) {
     pqpr("Field already exists with different type");
     return false;
   }
-  if (existing->enumMapping.merge(given.enumMapping)) changed = true;
+  if (existing->enumMapping.merge(std::move(given.enumMapping))) changed = true;
   return true;
 }
 

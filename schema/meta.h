@@ -58,9 +58,9 @@ class Meta {
   // given is then ignored. False, with a printed line and nothing changed, for
   // an enum field without entries, a record field without a nested schema, and
   // a name that exists with another type.
-  // When there is no memory for the list node of the field or an entry, that
-  // one is not added and the answer is still true: look the field up to be
-  // sure. Memory for names and values throws.
+  // When there is no memory for the list node of the field, it is not added and
+  // the answer is still true: look the field up to be sure. Memory for names
+  // and values throws; entries are taken over as they are and need none.
   bool addField(const SafeString& name, FieldFlags flags, FieldType type,
                 EnumMapping&& enumMapping, std::shared_ptr<Meta> meta,
                 std::shared_ptr<FieldValue> value);
@@ -74,9 +74,8 @@ class Meta {
                     EnumMapping&& enumMapping = {},
                     std::shared_ptr<Meta> meta = nullptr);
   // The same for many fields in a row: `changed` becomes true when the schema
-  // has changed, and the checksum is left for updateCrc() to refresh. `given`
-  // is moved from unless its name is known already.
-  bool insertField(MetaField& given, bool& changed);
+  // has changed, and the checksum is left for updateCrc() to refresh.
+  bool insertField(MetaField&& given, bool& changed);
   void updateCrc();
   // Removes the field of that name, if any; the others keep their index.
   void deleteField(const SafeString& name);

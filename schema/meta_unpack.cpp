@@ -151,7 +151,7 @@ bool Meta::unpackField(const gs::ConstBuf& buffer, size_t& offset,
   if (!unpackDescriptor(buffer, offset, level, read)) return false;
   const Name name = read.name;
   bool changed = false;
-  if (!insertField(read, changed)) {
+  if (!insertField(std::move(read), changed)) {
     pqpr("Failed to add field");
     return false;
   }

@@ -65,6 +65,11 @@ class NamedList {
     return node;
   }
 
+  // Moves the first element of `other`, which has one, to the end.
+  void takeFirst(NamedList& other) noexcept {
+    other.index.reset();
+    elements.takeFirst(other.elements);
+  }
   // Removes `node`, which has to be one of this list.
   void remove(Node* node) {
     index.reset();

@@ -99,10 +99,8 @@ function lint() {
 }
 
 const tasks = {
-  build: buildModule, demo, test, asan, bounds, lint, format,
-  'fuzz:js': fuzzJs,
-  build: buildModule, demo, test, asan, lint, format, 'fuzz:js': fuzzJs,
-  soak,
+  build: buildModule, demo, test, asan, 'fuzz:js': fuzzJs, bounds, soak, lint,
+  format,
 };
 
 const task = tasks[process.argv[2]];

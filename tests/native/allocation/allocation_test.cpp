@@ -58,9 +58,9 @@ void checkBytes(const char* name, Make make) {
 
 // A block in which two enum fields of one name are merged.
 Bytes mergingBlock() {
-  const EnumMapping added = mapping({{LONG, 1}, {"off", 2}, {"auto", 3}});
+  const EnumMapping added = {{LONG, 1}, {"off", 2}, {"auto", 3}};
   Meta merged("m");
-  merged.addField("e", FieldType::ENUM, false, mapping({{"off", 0}}));
+  merged.addField("e", FieldType::ENUM, false, {{"off", 0}});
   Meta apart(merged);
   merged.addField("e", FieldType::ENUM, false, EnumMapping(added));
   apart.addField("E", FieldType::ENUM, false, EnumMapping(added));
@@ -106,7 +106,7 @@ TEST(Allocation, OfStrings) {
 
 TEST(Allocation, OfSchemas) {
   const Meta meta = sampleMeta();
-  const EnumMapping enums = mapping({{"off", 0}, {LONG, 1}});
+  const EnumMapping enums = {{"off", 0}, {LONG, 1}};
 
   std::string lines;
   const Bytes packed = meta.packWithCrc(nullptr);
@@ -132,14 +132,14 @@ TEST(Allocation, OfSchemas) {
 }
 
 TEST(Allocation, OfFieldsMayAddNothing) {
-  const EnumMapping enums = mapping({{"off", 0}, {LONG, 1}});
+  const EnumMapping enums = {{"off", 0}, {LONG, 1}};
   const auto text = FieldValue(std::make_shared<SafeString>(LONG));
   const auto addEnum = [&](Meta& meta) {
     return meta.addField("e", FieldType::ENUM, false, EnumMapping(enums));
   };
   const auto withEnum = [] {
     Meta meta;
-    meta.addField("e", FieldType::ENUM, false, mapping({{"on", 1}}));
+    meta.addField("e", FieldType::ENUM, false, {{"on", 1}});
     return meta;
   };
   const auto addConstant = [&](Meta& meta) {
