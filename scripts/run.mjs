@@ -72,7 +72,7 @@ function soak() {
 }
 
 const cppFiles = () =>
-  ['foundation', 'schema', 'serialization', 'binding', 'tests'].flatMap(
+  ['foundation', 'schema', 'serialization', 'binding', 'tests', 'fuzz'].flatMap(
     (folder) => readdirSync(join(root, folder), { recursive: true })
       .filter((name) => /\.(h|cpp)$/.test(name))
       .map((name) => join(folder, name)));
