@@ -3,10 +3,11 @@
 // What fuzzing has found lies beside them and is left alone.
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
 import { readSpec } from '../examples/read_spec.mjs';
 import { buildBlock } from '../lib/index.mjs';
 
-const root = join(import.meta.dirname ?? new URL('.', import.meta.url).pathname);
+const root = fileURLToPath(new URL('.', import.meta.url));
 
 function write(target, name, bytes) {
   const folder = join(root, 'corpus', target);
@@ -54,6 +55,14 @@ const specs = {
   flagged: { metaName: 'flagged', hasCrc: true, fields: all.slice(0, 4),
     metaFields: [{ name: 'descriptor_uuid', type: 'string', value: 'any' }] },
 };
+// More names than are found by walking a list.
+const many = Array.from({ length: 40 }, (_, i) => i);
+specs.many = {
+  metaName: 'many',
+  fields: many.map((i) => ({ name: `f${i}`, type: 'uint8', value: i })),
+  metaFields: [{ name: 'e', type: 'enum', value: 39,
+    enumOptions: many.map((code) => ({ key: `k${code}`, code })) }],
+};
 for (const name of ['thermostat', 'network_interface', 'sensor_array']) {
   specs[name] = readSpec(join(root, '../examples', `${name}.json`));
 }
@@ -79,3 +88,9 @@ const small = [3, 1, 2].map((instance) => entry(build(
 write('blob_fuzz', 'small', Buffer.concat(small));
 write('blob_fuzz', 'same', Buffer.concat([small[0], small[1], small[0]]));
 write('blob_fuzz', 'example', entry(build(specs.thermostat)));
+
+// Scripts and texts: the other targets find their way from little.
+for (const target of ['string_fuzz', 'text_fuzz', 'checksum_fuzz', 'digest_fuzz']) {
+  write(target, 'text', Buffer.from(
+    '\x08 \x01\x02\x03\x04\x0c -12.345678 \x0600112233-4455-6677-8899-aabbccddeeff\0'));
+}
