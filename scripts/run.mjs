@@ -3,6 +3,7 @@
 import { readdirSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { join } from 'node:path';
+import { fuzz } from './fuzz.mjs';
 import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
 } from './setup.mjs';
@@ -99,10 +100,10 @@ function lint() {
 }
 
 const tasks = {
-  build: buildModule, demo, test, asan, 'fuzz:js': fuzzJs, bounds, soak, lint,
-  format,
+  build: buildModule, demo, test, asan, fuzz, 'fuzz:js': fuzzJs, bounds, soak,
+  lint, format,
 };
 
 const task = tasks[process.argv[2]];
 if (task === undefined) fail(`tasks: ${Object.keys(tasks).join(', ')}`);
-task();
+await task(...process.argv.slice(3));

@@ -2,7 +2,9 @@
 // Each step first looks whether there is anything to do.
 import { spawnSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
-import { existsSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import {
+  existsSync, readFileSync, readdirSync, rmSync, writeFileSync,
+} from 'node:fs';
 import { delimiter, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
@@ -33,6 +35,15 @@ export function runQuietly(command, args, options = {}) {
 const onPath = (program) => process.env.PATH.split(delimiter)
   .some((folder) => existsSync(join(folder, program)));
 
+// The libraries that clang links for -fsanitize=fuzzer.
+function hasFuzzerLibraries() {
+  const { stdout } = spawnSync('clang++', ['-print-runtime-dir'],
+    { encoding: 'utf8' });
+  const folder = stdout?.trim();
+  return existsSync(folder ?? '') &&
+    readdirSync(folder).some((name) => name.startsWith('libclang_rt.fuzzer'));
+}
+
 // Each package with the test that makes installing it unnecessary.
 const debianPackages = {
   cmake: () => onPath('cmake'),
@@ -40,6 +51,8 @@ const debianPackages = {
   'g++': () => onPath('g++'),
   'libgtest-dev': () => existsSync('/usr/include/gtest/gtest.h'),
   clang: () => onPath('clang++'),
+  'libclang-rt-dev': hasFuzzerLibraries,
+  llvm: () => onPath('llvm-symbolizer'),
   'clang-format': () => onPath('clang-format'),
   'clang-tidy': () => onPath('run-clang-tidy'),
 };
