@@ -1,8 +1,11 @@
-// Digests in pieces against those in one go; identifiers and their texts.
+// Digests against their definition, in pieces too; identifiers and their texts.
 
 #include <algorithm>
+#include <bit>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "foundation/sha256.h"
 #include "foundation/uuid.h"
@@ -12,6 +15,72 @@
 namespace {
 
 using reference::bytesOf;
+
+// The digest by its definition; its constants are the first 32 bits of the
+// fractions of the roots of the first primes.
+uint32 fraction(long double root) {
+  return static_cast<uint32>((root - std::floor(root)) * 4294967296.0L);
+}
+
+std::vector<long double> firstPrimes(size_t count) {
+  std::vector<long double> primes;
+  for (int n = 2; primes.size() < count; ++n) {
+    int factor = 2;
+    while (n % factor != 0) ++factor;
+    if (factor == n) primes.push_back(n);
+  }
+  return primes;
+}
+
+using Words = std::vector<uint32>;
+
+void absorbBlock(Words& hash, Words w) {
+  static const std::vector<long double> PRIMES = firstPrimes(64);
+  for (size_t t = 16; t < 64; ++t) {
+    const uint32 a = w[t - 15];
+    const uint32 b = w[t - 2];
+    w.push_back(w[t - 16] + (std::rotr(a, 7) ^ std::rotr(a, 18) ^ (a >> 3)) +
+                w[t - 7] + (std::rotr(b, 17) ^ std::rotr(b, 19) ^ (b >> 10)));
+  }
+  Words v = hash;
+  for (size_t t = 0; t < 64; ++t) {
+    const uint32 a = v[0];
+    const uint32 e = v[4];
+    const uint32 mixed =
+        v[7] + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) +
+        ((e & v[5]) | (~e & v[6])) + fraction(std::cbrt(PRIMES[t])) + w[t];
+    const uint32 majority = (a & v[1]) | (a & v[2]) | (v[1] & v[2]);
+    std::rotate(v.begin(), v.end() - 1, v.end());
+    v[4] += mixed;
+    v[0] = mixed + majority +
+           (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22));
+  }
+  for (size_t i = 0; i < 8; ++i) hash[i] += v[i];
+}
+
+std::string digestOf(std::string_view bytes) {
+  Words hash;
+  for (const long double prime : firstPrimes(8)) {
+    hash.push_back(fraction(std::sqrt(prime)));
+  }
+  std::string padded = std::string(bytes) + '\x80';
+  while (padded.size() % 64 != 56) padded += '\0';
+  const std::string bits = reference::le(uint64{bytes.size()} * 8);
+  padded.append(bits.rbegin(), bits.rend());
+  for (size_t at = 0; at < padded.size(); at += 64) {
+    Words block(16);
+    for (size_t i = 0; i < 64; ++i) {
+      block[i / 4] = block[i / 4] << 8 | static_cast<uint8>(padded[at + i]);
+    }
+    absorbBlock(hash, block);
+  }
+  std::string out;
+  for (const uint32 word : hash) {
+    const std::string four = reference::le(word);
+    out.append(four.rbegin(), four.rend());
+  }
+  return out;
+}
 
 std::string hexOf(std::string_view bytes) {
   std::string out;
@@ -28,6 +97,7 @@ void checkSha256(std::string_view bytes, size_t split) {
   sha256(bytes.data(), bytes.size(), digest);
   const std::string_view expected(reinterpret_cast<char*>(digest),
                                   sizeof digest);
+  INVARIANT(expected == digestOf(bytes));
   Sha256 pieces;
   INVARIANT(!pieces.isValid());
   pieces.init();

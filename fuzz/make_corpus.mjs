@@ -63,6 +63,8 @@ specs.many = {
   metaFields: [{ name: 'e', type: 'enum', value: 39,
     enumOptions: many.map((code) => ({ key: `k${code}`, code })) }],
 };
+const longest = 'n'.repeat(254);
+specs.longest = { metaName: longest, fields: [{ name: longest, type: 'uint8' }] };
 for (const name of ['thermostat', 'network_interface', 'sensor_array']) {
   specs[name] = readSpec(join(root, '../examples', `${name}.json`));
 }
@@ -94,3 +96,6 @@ for (const target of ['string_fuzz', 'text_fuzz', 'checksum_fuzz', 'digest_fuzz'
   write(target, 'text', Buffer.from(
     '\x08 \x01\x02\x03\x04\x0c -12.345678 \x0600112233-4455-6677-8899-aabbccddeeff\0'));
 }
+// A number to round, between none and three decimals.
+write('text_fuzz', 'rounding', Buffer.concat([0, 1, 2, 3].map((decimals) =>
+  Buffer.from(`${String.fromCharCode(decimals)}0000\x081.555512\x0012`))));
