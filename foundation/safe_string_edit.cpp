@@ -19,14 +19,16 @@ size_t countOf(const char* text, const char* part, size_t partLength) {
 
 SafeString& SafeString::replace(const char* from, const char* to,
                                 size_t start) {
-  if (from == nullptr || *from == '\0' || start >= length()) return done(true);
+  // Without what stands behind a zero byte.
+  const size_t oldLength = begin == nullptr ? 0 : gs::strnlen(begin, length());
+  if (from == nullptr || *from == '\0' || start >= oldLength) return done(true);
   const size_t fromLength = std::strlen(from);
   const size_t toLength = to == nullptr ? 0 : std::strlen(to);
   const size_t found = countOf(begin + start, from, fromLength);
   if (found == 0) return done(true);
 
   // Put together aside, so that `from` and `to` may lie inside this string.
-  const size_t newLength = length() - found * fromLength + found * toLength;
+  const size_t newLength = oldLength - found * fromLength + found * toLength;
   if (!canGrow && newLength >= size()) return done(false);
   SafeString result(newLength + 1, false);
   const char* rest = begin + start;
