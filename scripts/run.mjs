@@ -4,6 +4,7 @@ import { readdirSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { join } from 'node:path';
 import { fuzz } from './fuzz.mjs';
+import { measureCoverage } from './coverage.mjs';
 import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
 } from './setup.mjs';
@@ -72,6 +73,16 @@ function soak() {
   run(process.execPath, ['fuzz/js/soak.mjs', ...process.argv.slice(3)]);
 }
 
+function coverage() {
+  buildModule();  // for the tests of the loader
+  needDebianPackages('clang', 'llvm');
+  const folder = buildWithTests('coverage');
+  measureCoverage(folder, (env) => {
+    runNativeTests(folder, env);
+    runJsTests({ ...env, BRINDLE_TEST_MODULE: join(folder, 'brindle.node') });
+  });
+}
+
 const cppFiles = () =>
   ['foundation', 'schema', 'serialization', 'binding', 'tests', 'fuzz'].flatMap(
     (folder) => readdirSync(join(root, folder), { recursive: true })
@@ -101,7 +112,7 @@ function lint() {
 
 const tasks = {
   build: buildModule, demo, test, asan, fuzz, 'fuzz:js': fuzzJs, bounds, soak,
-  lint, format,
+  coverage, lint, format,
 };
 
 const task = tasks[process.argv[2]];

@@ -52,7 +52,7 @@ const debianPackages = {
   'libgtest-dev': () => existsSync('/usr/include/gtest/gtest.h'),
   clang: () => onPath('clang++'),
   'libclang-rt-dev': hasFuzzerLibraries,
-  llvm: () => onPath('llvm-symbolizer'),
+  llvm: () => onPath('llvm-symbolizer') && onPath('llvm-cov'),
   'clang-format': () => onPath('clang-format'),
   'clang-tidy': () => onPath('run-clang-tidy'),
 };
