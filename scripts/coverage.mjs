@@ -120,7 +120,7 @@ function checkThresholds(findings) {
   for (const [kind, wanted] of Object.entries(thresholds)) {
     const { percent } = findings.count('', kind);
     if (!(percent >= wanted)) {
-      fail(`${percent.toFixed(2)} % of the ${kind} are covered, not ${wanted} %`);
+      fail(`covers ${percent.toFixed(2)} % of the ${kind}, not ${wanted} %`);
     }
   }
 }

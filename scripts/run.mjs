@@ -5,6 +5,7 @@ import { cpus } from 'node:os';
 import { join } from 'node:path';
 import { fuzz } from './fuzz.mjs';
 import { measureCoverage } from './coverage.mjs';
+import { mutate } from './mutate.mjs';
 import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
 } from './setup.mjs';
@@ -112,7 +113,7 @@ function lint() {
 
 const tasks = {
   build: buildModule, demo, test, asan, fuzz, 'fuzz:js': fuzzJs, bounds, soak,
-  coverage, lint, format,
+  coverage, mutate, lint, format,
 };
 
 const task = tasks[process.argv[2]];
