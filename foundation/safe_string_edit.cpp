@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <bitset>
 #include <cstring>
 
 #include "foundation/safe_string.h"
@@ -49,9 +50,11 @@ SafeString& SafeString::replace(char from, char to) {
 
 SafeString& SafeString::replace(const char* set, char to) {
   if (set == nullptr) return done(true);
-  mapRange(0, SIZE_MAX, [&](char c) {
-    return c != '\0' && std::strchr(set, c) != nullptr ? to : c;
-  });
+  // Noted down first: the set may lie inside this string.
+  std::bitset<256> replaced;
+  for (; *set != '\0'; ++set) replaced.set(static_cast<uint8>(*set));
+  mapRange(0, SIZE_MAX,
+           [&](char c) { return replaced[static_cast<uint8>(c)] ? to : c; });
   return to == '\0' ? validate(true) : done(true);
 }
 

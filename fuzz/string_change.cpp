@@ -60,7 +60,7 @@ void StringRun::exchange(Subject& to) {
     case 2: {
       Subject copy{SafeString(from.string), from.model, {}};
       copy.model.borrowed = false;
-      copy.model.ok = true;
+      copy.model.ok = from.model.ok || from.model.capacity != 0;
       to = std::move(copy);
       return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <memory>
 #include <utility>
 
@@ -38,6 +39,12 @@ class Name {
 // compared exactly, up to their first zero byte.
 struct Named {
   Name name;
+
+  Named() = default;
+  // NOLINTBEGIN(google-explicit-constructor): {"name", ...} makes an element
+  template <std::convertible_to<Name> Text>
+  Named(Text&& text) : name(std::forward<Text>(text)) {}
+  // NOLINTEND(google-explicit-constructor)
 };
 
 }  // namespace Brindle
