@@ -80,7 +80,9 @@ function coverage() {
   const folder = buildWithTests('coverage');
   measureCoverage(folder, (env) => {
     runNativeTests(folder, env);
-    runJsTests({ ...env, BRINDLE_TEST_MODULE: join(folder, 'brindle.node') });
+    const moduleEnv = { ...env, BRINDLE_TEST_MODULE: join(folder, 'brindle.node') };
+    runJsTests(moduleEnv);
+    runJsFuzz(0, moduleEnv);
   });
 }
 
