@@ -34,8 +34,8 @@ export function runJsFuzz(seconds = 0, env = process.env) {
 }
 
 // npm run fuzz:js -- [seconds]
-export function fuzzJs() {
-  const seconds = Number(process.argv[3] ?? 60);
+export function fuzzJs(argument = '60') {
+  const seconds = Number(argument);
   if (!(seconds > 0)) fail('fuzz:js takes a number of seconds');
   needDebianPackages('cmake', 'ninja-build', 'g++', 'libgtest-dev');
   needNpmPackages();

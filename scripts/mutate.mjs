@@ -139,7 +139,7 @@ async function judgeAll(mutants, { workers, minutes }) {
   return results;
 }
 
-export async function mutate(args) {
+export async function mutate(...args) {
   const options = readOptions(args);
   needDebianPackages('cmake', 'ninja-build', 'g++', 'libgtest-dev', 'clang');
   needNpmPackages();

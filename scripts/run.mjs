@@ -69,9 +69,9 @@ function asan() {
   runJsTests(sanitizedModuleEnv(folder));
 }
 
-function soak() {
+function soak(...args) {
   buildModule();
-  run(process.execPath, ['fuzz/js/soak.mjs', ...process.argv.slice(3)]);
+  run(process.execPath, ['fuzz/js/soak.mjs', ...args]);
 }
 
 function coverage() {

@@ -95,10 +95,12 @@ export class Workplace {
       programs.set([path, ...all].join(' '), { name: basename(path),
         target: basename(path), command: path, args: all });
     }
-    const scripts = readdirSync(join(this.path, 'tests/js'))
-      .filter((name) => name.endsWith('.test.mjs'))
-      .map((name) => ({ name, target: 'brindle.node',
-        command: process.execPath, args: [`tests/js/${name}`] }));
+    const scripts = ['tests/js', 'fuzz/js'].flatMap((folder) =>
+      readdirSync(join(this.path, folder))
+        .filter((name) => name.endsWith('.test.mjs'))
+        .map((name) => ({ name, target: 'brindle.node',
+          command: process.execPath,
+          args: ['--expose-gc', join(folder, name)] })));
     for (const test of [...programs.values(), ...scripts]) {
       const { ok, seconds } = await this.runTest({ ...test, seconds: 60 });
       if (ok) this.tests.push({ ...test, seconds, kills: {} });

@@ -42,3 +42,12 @@ TEST(Uuid, ParsesItsTextFormAsFarAsItIsGood) {
   EXPECT_EQ(parsed("0011223g" + good.substr(8)), "001122" + none.substr(6));
   EXPECT_EQ(parsed(good.substr(0, 34) + "-f"), good.substr(0, 34) + "00");
 }
+
+TEST(Uuid, MakesMarkedLabelsAndCarriesNumbers) {
+  const Uuid made = Uuid::random();
+  EXPECT_STREQ(SafeString(made.toString()).cut(4), "A55A");
+  EXPECT_FALSE(made == Uuid::random());
+  EXPECT_STREQ(Uuid(0x01020304u).toString(),
+               "04030201-0000-0000-0000-000000000000");
+  EXPECT_EQ(Uuid(0x01020304u).toU32(), 0x01020304u);
+}
