@@ -97,14 +97,13 @@ bool convertSingle(const Napi::Value& value, const Context& context,
   return true;
 }
 
-// Room for one more of `length` elements. The length of an array proves nothing
-// (it may have holes only), so no more is taken at once than a block could
-// hold.
+// Room for one more of `length` elements. The length of an array proves
+// nothing: it may have holes only.
 template <class T>
 void makeRoom(gs::container<T>& array, uint64 length) {
-  constexpr uint64 STEP = 65536;
+  constexpr uint64 FIRST = 1024;
   if (array.size < array.capacity) return;
-  array.reserve(std::min(length, std::max(STEP, 2 * array.size)));
+  array.reserve(std::min(length, std::max(FIRST, 2 * array.size)));
 }
 
 template <class T>

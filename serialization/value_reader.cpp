@@ -12,14 +12,19 @@ namespace Brindle {
 
 namespace {
 
+// The least that an element takes: a record has a length, a header of three
+// bytes, and an entry of two.
+template <class T>
+constexpr uint64 LEAST_SIZE = std::same_as<T, DataMap> ? 6 : 1;
+
 // Reads `count` elements with read(element); null when one of them fails.
 template <class T, class Read>
 ArrayOf<T> readElements(const gs::ConstBuf& buf, size_t& offset, uint64 count,
                         Read read) {
   auto array = std::make_shared<gs::container<T>>();
-  // Each element takes a byte at least, so a larger count must fail; it does so
-  // at the element that is missing.
-  array->reserve(std::min(count, buf.size - offset));
+  // A larger count than fits must fail; it does so at the element that is
+  // missing.
+  array->reserve(std::min(count, (buf.size - offset) / LEAST_SIZE<T>));
   for (uint64 i = 0; i < count; ++i) {
     T element{};
     if (!read(element)) return nullptr;

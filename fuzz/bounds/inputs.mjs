@@ -41,6 +41,16 @@ function merging(count, total) {
   return bytes('MHCS', 10, 0, le(body.length, 2), merged.subarray(8, 12), le(count, 4), 0, body);
 }
 
+// Arrays of records in records, each of which claims more elements than follow,
+// around an array of strings that lacks the last one.
+function lyingCounts() {
+  let schema = { name: '', fields: [n(9, { flags: 2 })] };
+  for (let i = 0; i < 4; i++) schema = { name: '', fields: [n(12, { flags: 2, nested: schema })] };
+  let body = bytes(0, varint(65001), Buffer.alloc(65000));
+  for (let i = 0; i < 4; i++) body = bytes(0, varint(65001), sized(bytes(10, 0, sized(body))));
+  return bytes(schemaBytes(schema), 10, 0, sized(body));
+}
+
 // Schemas in schemas, as many as fit.
 function nestedHeaders() {
   const empty = { name: '', fields: [] };
@@ -63,6 +73,7 @@ const blocks = {
   'records of one value': entries(records(n(4)), record),
   'records in an array': elements(records(n(4)), record),
   'records of a long name in an array': elements(records(n(4, long)), record),
+  'arrays that claim more than there is': lyingCounts(),
   'the last of 100 fields': filled(hundred, [99, 1]),
   'all of 100 fields': filled(hundred, list(100, (i) => [i, 1]).flat()),
   'enum options': schemaBytes({ name: '', fields: [n(10, { options: options(0, 8100) })] }),
