@@ -20,6 +20,10 @@ const hashOf = (path) =>
 // Where a command of compile_commands.json puts the object.
 const outputOf = ({ command }) => command.match(/ -o (\S+) /)[1];
 
+// The module that a file of JavaScript tests loads.
+const moduleOf = (name) =>
+  name.startsWith('allocation.') ? 'brindle_failing.node' : 'brindle.node';
+
 // Files of the checkout, without what the build makes.
 function projectFiles() {
   return execFileSync('git',
@@ -98,7 +102,7 @@ export class Workplace {
     const scripts = ['tests/js', 'fuzz/js'].flatMap((folder) =>
       readdirSync(join(this.path, folder))
         .filter((name) => name.endsWith('.test.mjs'))
-        .map((name) => ({ name, target: 'brindle.node',
+        .map((name) => ({ name, target: moduleOf(name),
           command: process.execPath,
           args: ['--expose-gc', join(folder, name)] })));
     for (const test of [...programs.values(), ...scripts]) {

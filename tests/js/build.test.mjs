@@ -53,6 +53,7 @@ const refusals = {
       zero('int8'), bomb('value', zero('int8')), record({}),
       ...[null, 128].map((value) => zero('int8', { value })), zero('enum', { value: 256 }),
       ...['int8', 'datamap'].map((type) => zero(type, { value: {}, repeated: true })),
+      zero('datamap', { value: [], repeated: true }),
     ].map(constant),
     "value type mismatch for field 'n\0n'": [
       zero('int8', { value: 'x' }), zero('int8', { repeated: true, value: bomb(0, []) }),

@@ -55,6 +55,7 @@ test('other types take their own JavaScript type, uncoerced', () => {
 test('only arrays without gaps are arrays, and not of all types empty', () => {
   assertMismatch('uint8', [[1, , 2], [null], [undefined], Array(2 ** 32 - 1), Buffer.of(1),
     new Proxy([1], {}), new Uint8Array(1), { length: 0 }, 'abc', 5], true);
+  assertMismatch('datamap', [Object.assign(Array(2 ** 32 - 1), { 0: {} })], true);
   // Except before varints a reader takes the count 0 for a fault.
   const kept = [...integers, 'float', 'string', 'bool', 'enum', 'datamap'].filter((type) =>
     stored(type, [], true));

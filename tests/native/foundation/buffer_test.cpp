@@ -18,6 +18,14 @@ TEST(Container, GrowsExactlyAndDestroysWhatIsInUse) {
   EXPECT_EQ(token.use_count(), 2);
   second = {};
   EXPECT_EQ(token.use_count(), 1);
+  gs::container<int> plain;
+  const int numbers[] = {1, 2, 3};
+  plain.assign(numbers, 3);
+  plain.assign(numbers + 1, 2);
+  EXPECT_EQ(plain[0] * 10 + plain[1], 23);
+  EXPECT_EQ(plain.capacity, 3u);
+  plain.assign(numbers, 0);
+  EXPECT_EQ(plain.capacity, 0u);
 }
 
 TEST(Buffer, GrowsToExactlyTheNeedAndIsReadNoFurther) {

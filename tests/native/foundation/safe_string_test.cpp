@@ -27,4 +27,6 @@ TEST(SafeString, WritesAllOrNothingAndTreatsZeroBytesAsDocumented) {
   EXPECT_EQ(s.validate(false).length(), 3u);
   EXPECT_EQ(s.validate(true).length(), 1u);
   EXPECT_FALSE(SafeString() == SafeString());  // no buffer, no text
+  const char* none = nullptr;
+  EXPECT_EQ(SafeString(none).size(), 0u);
 }

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <climits>
+#include <csignal>
 #include <thread>
 
 #include "tests/support/bytes.h"
@@ -27,6 +28,7 @@ TEST(Text, ConvertsNumbersAndBoundsWhatItReads) {
   const std::string digits = std::string(21, '0') + "77";
   EXPECT_EQ(strntol(digits.c_str(), 22, nullptr, 8), 7);
   EXPECT_EQ(strntol(digits.c_str(), 23, nullptr, 8), 0);
+  EXPECT_EQ(strntol(("   " + digits).c_str(), 25, nullptr, 8), 7);
   EXPECT_EQ(gs::strnstr("abcabc", "ca", 3), nullptr);
   EXPECT_STREQ(gs::strnstr("abcabc", "ca", 4), "cabc");
 }
@@ -52,6 +54,16 @@ TEST(Diagnostics, PrintsWholeLinesInTheOrderOfTheProgram) {
     };
     EXPECT_EQ(outcomeOf(call), "before " + text + "\nafter");
   }
+}
+
+TEST(Diagnostics, GiveUpOnAClosedPipe) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[0]);
+  std::signal(SIGPIPE, SIG_IGN);
+  FILE* closed = fdopen(ends[1], "w");
+  printTo(closed, "lost");
+  EXPECT_EQ(std::fclose(closed), 0);
 }
 
 TEST(Diagnostics, WaitForAFullNonBlockingPipe) {

@@ -42,6 +42,9 @@ TEST(Meta, KnownNamesOnlyGainNewEntriesAndBadFieldsNothing) {
                               std::make_shared<FieldValue>(EnumType{2})));
     EXPECT_EQ(meta.crc(), jam("m\0e\x0A\0x\1y\2"s));
   }
+  EnumMapping empty;
+  EXPECT_TRUE(empty.merge({{"x", 1}}));
+  EXPECT_TRUE(empty.hasCode(1) && empty.find("x") != nullptr);
   const auto refused = [&](const char* name, FieldType type) {
     return outcomeOf(
         [&] { return meta.addField(name, type, false) ? "added" : ""; });

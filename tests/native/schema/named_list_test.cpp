@@ -39,4 +39,6 @@ TEST(NamedList, FindsWhatAWalkWouldFind) {
   list = std::move(copy);
   list.append({"last", 0});
   check(list);
+  list = NamedList<Row>();
+  EXPECT_EQ(list.find("r1"), nullptr);
 }
