@@ -29,6 +29,8 @@ TEST(Sha256, PadsEveryLengthAndTakesPiecesOfAnySize) {
   EXPECT_STREQ(
       all.toHexString(),
       "E5BBBECD60C3632A3455F465BFD8B079C30EF608D2BCC34227F4E5573029020E");
+  all.init();
+  EXPECT_TRUE(all == Sha256("", 0));
 }
 
 TEST(Uuid, ParsesItsTextFormAsFarAsItIsGood) {
