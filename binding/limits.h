@@ -16,8 +16,8 @@ constexpr uint32 META_MAGIC = 0x5343484D;
 // A BlockSpec that nests deeper than this is taken for a runaway: far above
 // what a block can hold, and far below what the stack of a worker thread can.
 constexpr unsigned MAX_SPEC_NESTING = 64;
-// Steps of work on one object of a caller: several times what the largest block
-// takes.
-constexpr size_t MAX_WORK_STEPS = 8 * MAX_META_BLOCK_BYTES;
+// Steps of work on one object of a caller: many times what the largest block
+// takes, even of records that have values for few of their names.
+constexpr size_t MAX_WORK_STEPS = 64 * MAX_META_BLOCK_BYTES;
 
 }  // namespace brindle_napi

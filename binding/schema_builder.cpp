@@ -51,7 +51,7 @@ bool readEnumOption(Napi::Env env, const Napi::Value& option,
   const double number = code.As<Napi::Number>().DoubleValue();
   if (!(number >= 0 && number <= 255)) return false;
   const std::string text = textOf(key);
-  if (!budget.take(1 + text.size())) return false;
+  if (!budget.takeValue(text.size())) return false;
   entries.append({safeText(text), static_cast<uint8>(number)});
   return true;
 }
@@ -102,9 +102,9 @@ class SchemaBuilder {
     error = packFailed();
     return false;
   }
-  // Counts steps of work. More than there may be make no block either.
-  bool take(size_t steps) {
-    if (budget.take(steps)) return true;
+  // Whether the work is within the budget: what exceeds it makes no block.
+  bool within(bool budgeted) {
+    if (budgeted) return true;
     if (level > Brindle::MAX_NESTING) return tooDeep();
     return fail(BUILT_TOO_LARGE, BLOCK_TOO_LARGE);
   }
@@ -113,7 +113,7 @@ class SchemaBuilder {
     const Napi::Value name = readProperty(env, blockSpec, "metaName");
     if (!name.IsString()) return fail("BlockSpec.metaName must be a string");
     const std::string text = textOf(name);
-    if (!take(1 + text.size())) return false;
+    if (!within(budget.takeValue(text.size()))) return false;
     meta->setName(safeText(text));
     if (isTrue(readProperty(env, blockSpec, "hasCrc"))) {
       meta->setFlag(Brindle::MetaFlags::HAS_CRC, true);
@@ -151,7 +151,7 @@ class SchemaBuilder {
     if (value != nullptr) *value = readProperty(env, field, "value");
     if (!name.IsString() || !type.IsString()) return fail(words.notStrings);
     head.text = textOf(name);
-    if (!take(1 + head.text.size())) return false;
+    if (!within(budget.takeValue(head.text.size()))) return false;
     head.field.name = safeText(head.text);
     if (!parseFieldType(textOf(type), head.field.type)) {
       return fail(words.unknownType + textOf(type), UNKNOWN_FIELD_TYPE);
@@ -169,7 +169,8 @@ class SchemaBuilder {
         options.IsArray() ? options.As<Napi::Array>().Length() : 0;
     EnumMapping& entries = head.field.enumMapping;
     if (!readEnumOptions(env, options, entries, budget)) {
-      return take(0) && fail(words.badOptions + quoted(head.text));
+      return within(!budget.spent()) &&
+             fail(words.badOptions + quoted(head.text));
     }
     if (entries.count() != given) throw std::bad_alloc();  // one was dropped
     return true;
@@ -194,7 +195,7 @@ class SchemaBuilder {
     // Never a nested schema: a constant cannot be a record.
     if (!napiToFieldValue(env, value, field.type, field.isRepeated(), constant,
                           nullptr, budget)) {
-      return take(0) &&
+      return within(!budget.spent()) &&
              fail("metaField " + quoted(head.text) + " value type mismatch");
     }
     field.flags = withFlags(field.flags, FieldFlags::META);

@@ -64,7 +64,7 @@ bool convert(const Napi::Value& value, const Context& context,
              SafeString& out) {
   if (!value.IsString()) return false;
   const std::string text = textOf(value);
-  if (!context.budget.take(text.size())) return false;
+  if (!context.budget.takeValue(text.size())) return false;
   out = safeText(text);
   return true;
 }
@@ -84,7 +84,7 @@ bool convert(const Napi::Value& value, const Context& context, DataMap& out) {
 template <class T>
 bool convertSingle(const Napi::Value& value, const Context& context,
                    FieldValue& out) {
-  if (!context.budget.take(1)) return false;
+  if (!context.budget.takeValue()) return false;
   if constexpr (Brindle::SharedElement<T>) {
     auto single = std::make_shared<T>();
     if (!convert(value, context, *single)) return false;
@@ -114,7 +114,7 @@ bool convertArray(Napi::Env env, const Napi::Value& value,
   const uint64 length = value.As<Napi::Array>().Length();
   const auto add = [&](const Napi::Value& item) {
     T element{};
-    if (!context.budget.take(1) || !convert(item, context, element)) {
+    if (!context.budget.takeValue() || !convert(item, context, element)) {
       return false;
     }
     makeRoom(*array, length);
@@ -130,7 +130,7 @@ bool convertEntry(Napi::Env env, const Napi::Object& object,
                   const Napi::Value& key, const Meta& meta, DataMap& map,
                   WorkBudget& budget) {
   const std::string text = textOf(key);
-  if (!budget.take(1 + text.size())) return false;
+  if (!budget.takeName(text.size())) return false;
   if (!key.IsString()) return true;
   const Brindle::MetaField* field = meta.field(safeText(text));
   if (field == nullptr || field->isMeta()) return true;

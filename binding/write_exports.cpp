@@ -89,7 +89,7 @@ Refusal readFieldValue(Napi::Env env, const Napi::Value& element,
   if (isAbsent(value)) return {};
   std::string text;
   const bool named = convertToText(readProperty(env, element, "name"), text);
-  if (!draft.budget.take(1 + text.size())) return draft.tooLarge();
+  if (!draft.budget.takeName(text.size())) return draft.tooLarge();
   const MetaField* field = named ? draft.field(text) : nullptr;
   if (field == nullptr) {
     return {INTERNAL, "field lookup failed post-addField: " + text};
