@@ -196,6 +196,7 @@ TEST(Allocation, OfHashes) {
     if (!brindle_napi::calcNgConfigHash(blob, digest.data)) digest.release();
     return digest;
   });
+  EXPECT_FALSE(brindle_napi::calcNgConfigHash(blob, nullptr));
   checkBytes("Sha256", [&] {
     Bytes digest;
     digest.assign(Sha256(blob.data, blob.size).hash(), Sha256::SIZE);

@@ -2,27 +2,17 @@
 #include "foundation/uuid.h"
 #include "tests/support/bytes.h"
 
-// Messages of 0 to 130 bytes, 00 01 02 and so on, in pieces of every size up to
-// 65. The digest of all their digests was computed with Python's hashlib.
-TEST(Sha256, PadsEveryLengthAndTakesPiecesOfAnySize) {
+// Messages of 0 to 130 bytes, 00 01 02 and so on. The digest of all their
+// digests was computed with Python's hashlib.
+TEST(Sha256, PadsEveryLengthAndIgnoresWhatComesTooEarlyOrLate) {
   std::string message;
   Sha256 all;
+  all.update("x", 1);  // before init()
   all.init();
   for (size_t n = 0; n <= 130; ++n) {
-    const auto exact = bytes(message);
-    const Sha256 whole(exact.data, n);
-    all.update(whole.hash(), Sha256::SIZE);
-    for (size_t step = 1; step <= 65; ++step) {
-      Sha256 pieces;
-      pieces.update("x", 1);  // ignored before init()
-      pieces.init();
-      for (size_t i = 0; i < n; i += step) {
-        pieces.update(exact.data + i, std::min(step, n - i));
-      }
-      ASSERT_TRUE(pieces == whole) << n << " by " << step;
-      pieces.update("x", 1);  // and after the digest was taken
-      ASSERT_TRUE(pieces == whole) << n << " by " << step;
-    }
+    Sha256 one(message.data(), n);
+    one.update("x", 1);  // after the digest was taken
+    all.update(one.hash(), Sha256::SIZE);
     message.push_back(static_cast<char>(n));
   }
   EXPECT_STREQ(Sha256().toString(), std::string(64, '0').c_str());
