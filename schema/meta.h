@@ -44,7 +44,7 @@ class Meta {
   // Leaves crc() as it is: the next change that refreshes it takes the flag in.
   void setFlag(MetaFlags bits, bool on);
 
-  // The first field of that name, or null.
+  // The first field of that name, or null. Its name must stay as it is.
   MetaField* field(const SafeString& name);
   const MetaField* field(const SafeString& name) const;
   // False if there is no such field; else its type and whether it repeats.

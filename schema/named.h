@@ -17,7 +17,10 @@ class Name {
   // Take or copy a text, or throw std::bad_alloc: a name never gets lost.
   // NOLINTBEGIN(google-explicit-constructor): texts serve as names
   Name(SafeString&& text)
-      : shared(std::make_shared<const SafeString>(std::move(text))) {}
+      : shared(std::make_shared<const SafeString>(std::move(text))) {
+    const bool lost = shared->data() == nullptr;
+    if (lost && !shared->wasLastOpSuccessful()) throw std::bad_alloc();
+  }
   Name(const SafeString& text) : Name(cloneOf(text)) {}
   Name(const char* text) : Name(cloneOf(text)) {}
 

@@ -17,9 +17,9 @@ namespace Brindle {
 // cost no quadratic time. The index is ordered, not hashed: no choice of names
 // degrades it.
 //
-// The index is extended only by the functions that are not const, so any number
-// of threads may search a list that none changes. Without memory for it the
-// list is walked.
+// The index grows as elements are added, never by a search: any number of
+// threads may search a list that none changes. Without memory for it the list
+// is walked. Names of elements must not be replaced.
 template <class T>
 class NamedList {
  public:
@@ -44,11 +44,14 @@ class NamedList {
   Node* head() { return elements.head; }
 
   // Null, with the list unchanged, when there is no memory for the element.
-  T* append(T&& element) { return elements.append(std::move(element)); }
+  T* append(T&& element) {
+    T* added = elements.append(std::move(element));
+    extendIndex();
+    return added;
+  }
 
   // Null if there is none.
   Node* find(const SafeString& name) {
-    if (elements.count - covered() > LINEAR) extendIndex();
     return const_cast<Node*>(std::as_const(*this).find(name));
   }
   const Node* find(const SafeString& name) const {
@@ -69,6 +72,7 @@ class NamedList {
   void takeFirst(NamedList& other) noexcept {
     other.index.reset();
     elements.takeFirst(other.elements);
+    extendIndex();
   }
   // Removes `node`, which has to be one of this list.
   void remove(Node* node) {
@@ -105,6 +109,7 @@ class NamedList {
     return covered() == 0 ? elements.head : index->last->next;
   }
   void extendIndex() noexcept {
+    if (elements.count - covered() <= LINEAR) return;
     try {
       if (!index) index = std::make_unique<Index>();
       while (Node* node = firstUncovered()) {
