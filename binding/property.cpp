@@ -54,6 +54,14 @@ bool convertToText(const Napi::Value& value, std::string& out) {
   return true;
 }
 
+size_t elementCount(const Napi::Value& value) {
+  size_t count = 0;
+  // Leaves it at 0 when it fails.
+  napi_get_typedarray_info(value.Env(), value, nullptr, &count, nullptr,
+                           nullptr, nullptr);
+  return count;
+}
+
 SafeString safeText(const std::string& text) {
   SafeString safe(text.c_str());
   if (!safe.wasLastOpSuccessful()) throw std::bad_alloc();

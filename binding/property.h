@@ -40,6 +40,9 @@ bool convertToText(const Napi::Value& value, std::string& out);
 // std::bad_alloc.
 SafeString safeText(const std::string& text);
 
+// How many elements a typed array has; 0 for anything else.
+size_t elementCount(const Napi::Value& value);
+
 // Calls visit(i) for 0 to count - 1 until it answers false, and answers whether
 // it never did. What visit makes in JavaScript is released every thousand calls
 // or so.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <concepts>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -64,7 +65,8 @@ bool convert(const Napi::Value& value, const Context& context,
              SafeString& out) {
   if (!value.IsString()) return false;
   const std::string text = textOf(value);
-  if (!context.budget.takeValue(text.size())) return false;
+  // The rest, behind a zero byte, is not kept.
+  if (!context.budget.takeValue(std::strlen(text.c_str()))) return false;
   out = safeText(text);
   return true;
 }
@@ -175,6 +177,7 @@ bool napiToRepeated(Napi::Env env, const Napi::Value& value, FieldType type,
 
 bool napiObjectToDataMap(Napi::Env env, const Napi::Object& object,
                          const Meta& meta, DataMap& map, WorkBudget& budget) {
+  if (!budget.takeElements(elementCount(object))) return false;
   napi_value names = nullptr;
   if (napi_get_property_names(env, object, &names) != napi_ok) {
     clearPending(env);

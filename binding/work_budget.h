@@ -15,6 +15,12 @@ class WorkBudget {
   bool takeValue(size_t textBytes = 0) {
     return take(VALUE_STEPS) && take(textBytes);
   }
+  // The elements of a typed array, whose names are made before the first of
+  // them can be looked at.
+  bool takeElements(size_t count) {
+    return count <= left / VALUE_STEPS ? take(count * VALUE_STEPS)
+                                       : take(MAX_WORK_STEPS + 1);
+  }
   // The name of a property that is looked at, whether it has a value or not.
   bool takeName(size_t textBytes) {
     return take(NAME_STEPS + textBytes / BYTES_PER_STEP);
@@ -23,8 +29,8 @@ class WorkBudget {
 
  private:
   static constexpr size_t VALUE_STEPS = 16;
-  static constexpr size_t NAME_STEPS = 2;
-  static constexpr size_t BYTES_PER_STEP = 32;
+  static constexpr size_t NAME_STEPS = 1;
+  static constexpr size_t BYTES_PER_STEP = 64;
 
   bool take(size_t steps) {
     exhausted = exhausted || steps > left;

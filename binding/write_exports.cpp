@@ -174,6 +174,7 @@ Refusal applyEdit(Napi::Env env, const Napi::Value& values,
 
 Refusal applyEdits(Napi::Env env, const Napi::Value& values,
                    BlockDraft& draft) {
+  if (!draft.budget.takeElements(elementCount(values))) return draft.tooLarge();
   Refusal refusal;
   forEachElement(env, ownNames(env, values), [&](const Napi::Value& key) {
     refusal = applyEdit(env, values, key, draft);

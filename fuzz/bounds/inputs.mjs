@@ -106,6 +106,15 @@ function wideRecord() {
 
 const specs = {
   'many fields': () => spec(list(30000, (i) => ({ name: label(i), type: 'int8', value: 1 }))),
+  'bytes for a record': () => {
+    const nested = spec([{ name: '0', type: 'uint8' }]);
+    return spec([{ name: 'r', type: 'datamap', nested, value: new Uint8Array(BLOB) }]);
+  },
+  'records of many absent values': () => {
+    const nested = spec([{ name: 'n', type: 'int8' }]);
+    const row = Object.fromEntries(list(420, (i) => [label(i), null]));
+    return spec([{ name: 'r', type: 'datamap', repeated: true, nested, value: many(row, 10000) }]);
+  },
   'many options': () => spec([{ name: 'e', type: 'enum', enumOptions: list(40000, keyed) }]),
   'options merged one by one': () =>
     spec(list(16000, (i) => ({ name: 'e', type: 'enum', enumOptions: [keyed(i)] }))),

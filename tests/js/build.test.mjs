@@ -95,22 +95,24 @@ test('what stands in an object very many times is too large, and soon found to b
     constant(n('string', { repeated: true, value: many(text) })),
     field(n('string', { repeated: true, value: many(text) })),
     field(n('datamap', { value: squared({ [text.repeat(100)]: 0 }), ...lists('int8') })),
-    field(n('datamap', { value: squared({ n: text }), ...lists('string') }))];
+    field(n('datamap', { value: squared({ n: text }), ...lists('string') })),
+    field(n('datamap', { value: new Uint8Array(1e6), nested: field(n('int8')) }))];
   const message = (how) => `${how} block exceeds MAX_META_BLOCK_BYTES (65536)`;
   for (const spec of specs) assertRefused(buildBlock(spec), 'BLOCK_TOO_LARGE', message('built'));
   const rawBytes = valueOf(buildBlock(field(n('string', { repeated: true }))));
-  const dto = { rawBytes, values: { n: many(text) } };
-  assertRefused(packMetaBlock(dto), 'BLOCK_TOO_LARGE', message('repacked'));
+  for (const values of [{ n: many(text) }, new Uint8Array(1e6)]) {
+    assertRefused(packMetaBlock({ rawBytes, values }), 'BLOCK_TOO_LARGE', message('repacked'));
+  }
 });
 
 test('records with few of many long names are not too large', () => {
   const names = Array.from({ length: 100 }, (_, i) => String(i).padStart(254, 'x'));
   const row = Object.fromEntries(names.map((name, i) => [name, i === 7 ? 5 : null]));
-  const value = Array(4000).fill(row);
+  const value = Array(5000).fill(row);
   const nested = { metaName, fields: names.map((name) => ({ name, type: 'uint8' })) };
   const spec = field(n('datamap', { repeated: true, nested, value }));
   const { values } = valueOf(parseMetaBlock(valueOf(buildBlock(spec))));
-  assert.deepEqual(values.n, Array(4000).fill({ [names[7]]: 5 }));
+  assert.deepEqual(values.n, Array(5000).fill({ [names[7]]: 5 }));
 });
 
 test('what may be omitted or odd makes no difference', () => {
