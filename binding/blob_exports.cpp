@@ -39,7 +39,9 @@ Refusal refuseFault(const BlobWalker& walker) {
 }
 
 // Appends the current block to `blocks`.
-Refusal addBlock(Napi::Env env, const BlobWalker& walker, napi_value blocks) {
+Refusal addBlock(const Engine& engine, const BlobWalker& walker,
+                 napi_value blocks) {
+  const napi_env env = engine.env;
   const Napi::HandleScope scope(env);
   const gs::ConstBuf& bytes = walker.block();
   Block block;
@@ -48,7 +50,7 @@ Refusal addBlock(Napi::Env env, const BlobWalker& walker, napi_value blocks) {
                   walker.blockOffset());
   }
   const Napi::Object dto =
-      metaBlockToDTO(env, *block.meta, block.record, bytes.data, bytes.size);
+      metaBlockToDTO(engine, *block.meta, block.record, bytes.data, bytes.size);
   throwUnlessOk(
       env, napi_set_element(env, blocks, static_cast<uint32_t>(walker.index()),
                             dto));
@@ -72,11 +74,12 @@ Napi::Value ParseConfigBlob(const Napi::CallbackInfo& info) {
       return {SIZE_LIMIT_EXCEEDED,
               "blob exceeds MAX_CONFIG_BLOB_BYTES (1048576)"};
     }
+    const Engine engine(env);
     value = Napi::Array::New(env);
     BlobWalker walker(blob);
     while (walker.next()) {
       blockIndex = walker.index();
-      if (Refusal refusal = addBlock(env, walker, value)) return refusal;
+      if (Refusal refusal = addBlock(engine, walker, value)) return refusal;
     }
     return refuseFault(walker);
   };

@@ -2,21 +2,28 @@
 
 #include <napi.h>
 
+#include <array>
+#include <cstring>
 #include <string_view>
-#include <vector>
 
 #include "binding/guard.h"
 #include "foundation/safe_string.h"
 
 namespace brindle_napi {
 
+// Makes a value with `create`, a function of Node-API, and its arguments.
+template <class... Parameters, class... Arguments>
+napi_value made(napi_env env, napi_status (*create)(napi_env, Parameters...),
+                Arguments... arguments) {
+  napi_value value = nullptr;
+  throwUnlessOk(env, create(env, arguments..., &value));
+  return value;
+}
+
 // A JavaScript string of the bytes, zero bytes included; what is not UTF-8
 // becomes U+FFFD.
 inline napi_value stringToNapi(napi_env env, std::string_view text) {
-  napi_value made = nullptr;
-  throwUnlessOk(env,
-                napi_create_string_utf8(env, text.data(), text.size(), &made));
-  return made;
+  return made(env, napi_create_string_utf8, text.data(), text.size());
 }
 inline napi_value textToNapi(napi_env env, const SafeString& text) {
   return stringToNapi(env, {text.c_str(), text.length()});
@@ -27,24 +34,24 @@ inline napi_value textToNapi(napi_env env, const SafeString& text) {
 // name given twice keeps its place and takes the later value.
 class ObjectWriter {
  public:
-  explicit ObjectWriter(napi_env e) : env(e) {
-    throwUnlessOk(env, napi_create_object(env, &object));
-  }
+  explicit ObjectWriter(napi_env e)
+      : env(e), object(made(e, napi_create_object)) {}
 
-  void add(const char* name, napi_value value) {
-    properties.push_back({name, nullptr, nullptr, nullptr, nullptr, value,
-                          napi_default_jsproperty, nullptr});
-  }
+  // The name has to outlive the next call of finish().
+  void add(const char* name, napi_value value) { add(name, nullptr, value); }
   void add(const SafeString& name, napi_value value) {
-    properties.push_back({nullptr, textToNapi(env, name), nullptr, nullptr,
-                          nullptr, value, napi_default_jsproperty, nullptr});
+    // The engine finds a zero-terminated name among those it knows; a string
+    // made of it first would be one more allocation.
+    const bool zeroInside = std::strlen(name.c_str()) != name.length();
+    if (zeroInside) return add(nullptr, textToNapi(env, name), value);
+    add(name.c_str(), nullptr, value);
   }
 
   // Calls addOne(element) for each element of a list that may be long. What it
   // makes is released as soon as the properties it adds are defined.
   template <class List, class AddOne>
   void addEach(const List& list, AddOne&& addOne) {
-    constexpr int BATCH = 64;
+    constexpr int BATCH = 1024;
     for (auto at = list.begin(); at != list.end();) {
       const Napi::HandleScope scope(env);
       for (int i = 0; i < BATCH && at != list.end(); ++i, ++at) addOne(*at);
@@ -54,16 +61,24 @@ class ObjectWriter {
 
   // The object with all that has been added.
   Napi::Object finish() {
-    throwUnlessOk(env, napi_define_properties(env, object, properties.size(),
-                                              properties.data()));
-    properties.clear();
+    throwUnlessOk(
+        env, napi_define_properties(env, object, pending, properties.data()));
+    pending = 0;
     return {env, object};
   }
 
  private:
+  void add(const char* name, napi_value key, napi_value value) {
+    if (pending == properties.size()) finish();
+    properties[pending++] = {
+        name,   key, nullptr, nullptr, nullptr, value, napi_default_jsproperty,
+        nullptr};
+  }
+
   napi_env env;
-  napi_value object = nullptr;
-  std::vector<napi_property_descriptor> properties;
+  napi_value object;
+  size_t pending = 0;
+  std::array<napi_property_descriptor, 32> properties;
 };
 
 }  // namespace brindle_napi

@@ -69,8 +69,8 @@ Napi::Value ParseMetaBlock(const Napi::CallbackInfo& info) {
     }
     Block block;
     if (!readBlock(bytes, block)) return unpackFailed();
-    value =
-        metaBlockToDTO(env, *block.meta, block.record, bytes.data, bytes.size);
+    value = metaBlockToDTO(Engine(env), *block.meta, block.record, bytes.data,
+                           bytes.size);
     return {};
   });
 }

@@ -5,7 +5,7 @@
 #include "binding/limits.h"
 #include "binding/property.h"
 #include "binding/refusal.h"
-#include "binding/to_js.h"
+#include "binding/schema_json.h"
 #include "binding/to_native.h"
 #include "schema/checks.h"
 

@@ -1,0 +1,63 @@
+#include "binding/number_arrays.h"
+
+#include <cstring>
+#include <new>
+
+#include "binding/engine.h"
+#include "binding/object_writer.h"
+#include "binding/property.h"
+
+namespace brindle_napi {
+
+namespace {
+
+struct TypedArray {
+  TypedArray(napi_env env, napi_typedarray_type type, size_t count, size_t size)
+      : value(made(env, napi_create_typedarray, type, count,
+                   made(env, napi_create_arraybuffer, count * size, &memory),
+                   size_t{0})) {}
+
+  void* memory = nullptr;
+  napi_value value;
+};
+
+const double* readNumbers(napi_env env, napi_value array, size_t count) {
+  napi_value undefined = made(env, napi_get_undefined);
+  // A copy, as the elements can be accessors: what is tested and what is taken
+  // must be the same values.
+  napi_value copy =
+      callFunction(env, lookUp(env, {"Reflect", "apply"}), undefined,
+                   {lookUp(env, {"Array"}), undefined, array});
+  napi_value every = lookUp(env, {"Array", "prototype", "every"});
+  napi_value isFinite = lookUp(env, {"Number", "isFinite"});
+  if (!isTrue({env, callFunction(env, every, copy, {isFinite})})) {
+    return nullptr;
+  }
+  const TypedArray typed(env, napi_float64_array, count, sizeof(double));
+  napi_value set = made(env, napi_get_named_property, typed.value, "set");
+  callFunction(env, set, typed.value, {copy});
+  return static_cast<const double*>(typed.memory);
+}
+
+}  // namespace
+
+napi_value numbersToArray(napi_env env, napi_typedarray_type type,
+                          const void* data, size_t count, size_t size) {
+  const TypedArray typed(env, type, count, size);
+  if (count != 0) std::memcpy(typed.memory, data, count * size);
+  napi_value undefined = made(env, napi_get_undefined);
+  return callFunction(env, lookUp(env, {"Object", "values"}), undefined,
+                      {typed.value});
+}
+
+const double* numbersOf(napi_env env, napi_value array, size_t count) {
+  try {
+    return readNumbers(env, array, count);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    return nullptr;
+  }
+}
+
+}  // namespace brindle_napi

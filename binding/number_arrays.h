@@ -1,0 +1,44 @@
+#pragma once
+
+#include <napi.h>
+
+#include <concepts>
+#include <type_traits>
+
+#include "schema/field_value.h"
+
+// Long arrays of numbers, moved as a whole by way of a typed array.
+namespace brindle_napi {
+
+// The element types that a typed array holds as we do; the codes of enums
+// count, bools would come out as numbers.
+template <class T>
+concept InTypedArray =
+    std::is_arithmetic_v<T> || std::same_as<T, Brindle::EnumType>;
+
+template <InTypedArray T>
+constexpr napi_typedarray_type typedArrayOf() {
+  if constexpr (std::same_as<T, int8>) return napi_int8_array;
+  if constexpr (std::same_as<T, int16>) return napi_int16_array;
+  if constexpr (std::same_as<T, int32>) return napi_int32_array;
+  if constexpr (std::same_as<T, int64>) return napi_bigint64_array;
+  if constexpr (std::same_as<T, uint16>) return napi_uint16_array;
+  if constexpr (std::same_as<T, uint32>) return napi_uint32_array;
+  if constexpr (std::same_as<T, uint64>) return napi_biguint64_array;
+  if constexpr (std::same_as<T, float>) return napi_float32_array;
+  return napi_uint8_array;
+}
+
+// A new Array of the numbers, or BigInts, that a typed array of that type has:
+// `count` elements of `size` bytes at `data`. Throws a C++ exception, for the
+// guard around the export, when the engine does.
+napi_value numbersToArray(napi_env env, napi_typedarray_type type,
+                          const void* data, size_t count, size_t size);
+
+// The elements of an Array if they are finite numbers all: `count` doubles,
+// good until the handle scope ends. Else null, also when an element cannot be
+// read or the engine has no room for so many arguments: the elements have to be
+// looked at one by one then. REQUIRES: count is not 1.
+const double* numbersOf(napi_env env, napi_value array, size_t count);
+
+}  // namespace brindle_napi
