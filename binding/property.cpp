@@ -40,8 +40,16 @@ void clearPending(napi_env env) {
 }
 
 std::string textOf(const Napi::Value& value) {
-  return value.IsString() ? value.As<Napi::String>().Utf8Value()
-                          : std::string();
+  // Short texts take one call. One that may have been cut is read again: at
+  // most the last character, of up to 4 bytes, finds no room.
+  char room[256];
+  size_t length = 0;
+  if (napi_get_value_string_utf8(value.Env(), value, room, sizeof room,
+                                 &length) != napi_ok) {
+    return {};
+  }
+  if (length < sizeof room - 4) return {room, length};
+  return value.As<Napi::String>().Utf8Value();
 }
 
 bool convertToText(const Napi::Value& value, std::string& out) {

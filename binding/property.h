@@ -26,7 +26,8 @@ void clearPending(napi_env env);
 
 // Null and undefined stand for no value.
 inline bool isAbsent(const Napi::Value& value) {
-  return value.IsUndefined() || value.IsNull();
+  const napi_valuetype type = value.Type();
+  return type == napi_undefined || type == napi_null;
 }
 // Whether the value is the boolean true; any other type counts as false.
 inline bool isTrue(const Napi::Value& value) {

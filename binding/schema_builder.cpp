@@ -42,11 +42,12 @@ constexpr FieldWords META_FIELD = {
 
 std::string quoted(const std::string& name) { return "'" + name + "'"; }
 
-bool readEnumOption(Napi::Env env, const Napi::Value& option,
-                    EnumMapping& entries, WorkBudget& budget) {
+bool readEnumOption(Napi::Env env, const SpecKeys& keys,
+                    const Napi::Value& option, EnumMapping& entries,
+                    WorkBudget& budget) {
   if (!option.IsObject()) return false;
-  const Napi::Value key = readProperty(env, option, "key");
-  const Napi::Value code = readProperty(env, option, "code");
+  const Napi::Value key = readProperty(env, option, keys.key);
+  const Napi::Value code = readProperty(env, option, keys.code);
   if (!key.IsString() || !code.IsNumber()) return false;
   const double number = code.As<Napi::Number>().DoubleValue();
   if (!(number >= 0 && number <= 255)) return false;
@@ -68,9 +69,13 @@ bool readList(Napi::Env env, const Napi::Object& blockSpec, const char* key,
 // Reads one BlockSpec; `level` counts how deep it is nested, from 1.
 class SchemaBuilder {
  public:
-  SchemaBuilder(Napi::Env e, BuildError& buildError, WorkBudget& workBudget,
-                unsigned nesting)
-      : env(e), error(buildError), budget(workBudget), level(nesting) {}
+  SchemaBuilder(Napi::Env e, const SpecKeys& specKeys, BuildError& buildError,
+                WorkBudget& workBudget, unsigned nesting)
+      : env(e),
+        keys(specKeys),
+        error(buildError),
+        budget(workBudget),
+        level(nesting) {}
 
   std::shared_ptr<Meta> build(const Napi::Object& blockSpec) {
     if (level > MAX_SPEC_NESTING) {
@@ -146,9 +151,9 @@ class SchemaBuilder {
   bool readHead(const FieldWords& words, const Napi::Value& field, Head& head,
                 Napi::Value* value) {
     if (!field.IsObject()) return fail(words.notObject);
-    const Napi::Value name = readProperty(env, field, "name");
-    const Napi::Value type = readProperty(env, field, "type");
-    if (value != nullptr) *value = readProperty(env, field, "value");
+    const Napi::Value name = readProperty(env, field, keys.name);
+    const Napi::Value type = readProperty(env, field, keys.type);
+    if (value != nullptr) *value = readProperty(env, field, keys.value);
     if (!name.IsString() || !type.IsString()) return fail(words.notStrings);
     head.text = textOf(name);
     if (!within(budget.takeValue(head.text.size()))) return false;
@@ -156,7 +161,7 @@ class SchemaBuilder {
     if (!parseFieldType(textOf(type), head.field.type)) {
       return fail(words.unknownType + textOf(type), UNKNOWN_FIELD_TYPE);
     }
-    if (isTrue(readProperty(env, field, "repeated"))) {
+    if (isTrue(readProperty(env, field, keys.repeated))) {
       head.field.flags = FieldFlags::REPEATED;
     }
     return readOptions(words, field, head);
@@ -164,11 +169,11 @@ class SchemaBuilder {
 
   bool readOptions(const FieldWords& words, const Napi::Value& field,
                    Head& head) {
-    const Napi::Value options = readProperty(env, field, "enumOptions");
+    const Napi::Value options = readProperty(env, field, keys.enumOptions);
     const uint64 given =
         options.IsArray() ? options.As<Napi::Array>().Length() : 0;
     EnumMapping& entries = head.field.enumMapping;
-    if (!readEnumOptions(env, options, entries, budget)) {
+    if (!readEnumOptions(env, keys, options, entries, budget)) {
       return within(!budget.spent()) &&
              fail(words.badOptions + quoted(head.text));
     }
@@ -178,9 +183,9 @@ class SchemaBuilder {
 
   // A nested BlockSpec counts for a field of any type.
   bool readNested(const Napi::Value& field, Head& head) {
-    const Napi::Value blockSpec = readProperty(env, field, "nested");
+    const Napi::Value blockSpec = readProperty(env, field, keys.nested);
     if (blockSpec.IsObject()) {
-      SchemaBuilder builder(env, error, budget, level + 1);
+      SchemaBuilder builder(env, keys, error, budget, level + 1);
       head.field.meta = builder.build(blockSpec.As<Napi::Object>());
       return head.field.meta != nullptr;
     }
@@ -228,6 +233,7 @@ class SchemaBuilder {
   }
 
   Napi::Env env;
+  const SpecKeys& keys;
   BuildError& error;
   WorkBudget& budget;
   unsigned level;
@@ -237,11 +243,11 @@ class SchemaBuilder {
 
 }  // namespace
 
-std::shared_ptr<Meta> buildMetaSchema(Napi::Env env,
+std::shared_ptr<Meta> buildMetaSchema(Napi::Env env, const SpecKeys& keys,
                                       const Napi::Object& blockSpec,
                                       BuildError& error) {
   WorkBudget budget;
-  return SchemaBuilder(env, error, budget, 1).build(blockSpec);
+  return SchemaBuilder(env, keys, error, budget, 1).build(blockSpec);
 }
 
 bool readFields(Napi::Env env, const Napi::Object& blockSpec,
@@ -251,12 +257,13 @@ bool readFields(Napi::Env env, const Napi::Object& blockSpec,
                   error);
 }
 
-bool readEnumOptions(Napi::Env env, const Napi::Value& options,
-                     EnumMapping& entries, WorkBudget& budget) {
+bool readEnumOptions(Napi::Env env, const SpecKeys& keys,
+                     const Napi::Value& options, EnumMapping& entries,
+                     WorkBudget& budget) {
   if (isAbsent(options)) return true;
   return options.IsArray() &&
          forEachElement(env, options, [&](const Napi::Value& option) {
-           return readEnumOption(env, option, entries, budget);
+           return readEnumOption(env, keys, option, entries, budget);
          });
 }
 

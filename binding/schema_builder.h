@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "binding/spec_keys.h"
 #include "binding/work_budget.h"
 #include "schema/meta.h"
 
@@ -24,6 +25,7 @@ struct BuildError {
 //    metaFields?: [{name, type, value, repeated?, enumOptions?}]}
 // Null, with `error` filled, at the first fault. Throws std::bad_alloc.
 std::shared_ptr<Brindle::Meta> buildMetaSchema(Napi::Env env,
+                                               const SpecKeys& keys,
                                                const Napi::Object& blockSpec,
                                                BuildError& error);
 
@@ -35,8 +37,9 @@ bool readFields(Napi::Env env, const Napi::Object& blockSpec,
 // Appends [{key, code}, ...] to `entries`; absent is the same as empty. False
 // at the first fault, with the entries before it appended, or when `budget` is
 // spent. An entry that there is no memory for is left out.
-bool readEnumOptions(Napi::Env env, const Napi::Value& options,
-                     Brindle::EnumMapping& entries, WorkBudget& budget);
+bool readEnumOptions(Napi::Env env, const SpecKeys& keys,
+                     const Napi::Value& options, Brindle::EnumMapping& entries,
+                     WorkBudget& budget);
 
 // The 13 names of fieldTypeToString, exactly. False, with `type` left alone,
 // for any other text.

@@ -6,6 +6,7 @@
 #include <limits>
 #include <new>
 
+#include "binding/number_arrays.h"
 #include "binding/property.h"
 
 namespace brindle_napi {
@@ -20,6 +21,28 @@ using Brindle::Meta;
 double numberOf(const Napi::Value& value) {
   return value.As<Napi::Number>().DoubleValue();
 }
+
+// A number as an element of an array; false when it does not fit.
+template <std::integral T>
+bool narrow(double number, T& out) {
+  using Limits = std::numeric_limits<T>;
+  if (!(number >= Limits::min() && number <= Limits::max())) return false;
+  out = static_cast<T>(number);
+  return out == number;
+}
+bool narrow(double number, Brindle::EnumType& out) {
+  return narrow(number, out.value);
+}
+bool narrow(double number, float& out) {
+  // Rounds to nearest; beyond the range of a float this is infinity.
+  static_assert(std::numeric_limits<float>::is_iec559);
+  out = static_cast<float>(number);
+  return true;
+}
+
+// What has no exact double, and BigInts, are read one by one.
+template <class T>
+concept FromDoubles = InTypedArray<T> && sizeof(T) < sizeof(double);
 
 // What a conversion depends on besides the value.
 struct Context {
@@ -54,11 +77,7 @@ bool convert(const Napi::Value& value, const Context& context,
 }
 
 bool convert(const Napi::Value& value, const Context&, float& out) {
-  if (!value.IsNumber()) return false;
-  // Rounds to nearest; beyond the range of a float this is infinity.
-  static_assert(std::numeric_limits<float>::is_iec559);
-  out = static_cast<float>(numberOf(value));
-  return true;
+  return value.IsNumber() && narrow(numberOf(value), out);
 }
 
 bool convert(const Napi::Value& value, const Context& context,
@@ -108,6 +127,24 @@ void makeRoom(gs::container<T>& array, uint64 length) {
   array.reserve(std::min(length, std::max(FIRST, 2 * array.size)));
 }
 
+// Fills `array` from a long Array of finite numbers. False, with `array` empty,
+// for any other: then its elements have to be converted one by one.
+template <FromDoubles T>
+bool convertNumbers(Napi::Env env, const Napi::Value& value, uint64 length,
+                    gs::container<T>& array) {
+  // Fewer take less time one by one; more are no arguments of one call.
+  if (length < 64 || length > 32768) return false;
+  const Napi::HandleScope scope(env);
+  const double* numbers = numbersOf(env, value, length);
+  if (numbers == nullptr) return false;
+  array.reserve(length);
+  const bool fit = std::all_of(numbers, numbers + length, [&](double number) {
+    return narrow(number, array.emplace());
+  });
+  if (!fit) array.size = 0;
+  return fit;
+}
+
 template <class T>
 bool convertArray(Napi::Env env, const Napi::Value& value,
                   const Context& context, FieldValue& out) {
@@ -123,7 +160,12 @@ bool convertArray(Napi::Env env, const Napi::Value& value,
     array->emplace(std::move(element));
     return true;
   };
-  if (!forEachElement(env, value, add)) return false;
+  bool converted = false;
+  if constexpr (FromDoubles<T>) {
+    converted = convertNumbers(env, value, length, *array);
+    if (converted && !context.budget.takeElements(length)) return false;
+  }
+  if (!converted && !forEachElement(env, value, add)) return false;
   out = std::move(array);
   return true;
 }

@@ -83,12 +83,12 @@ class BlockDraft {
 };
 
 // The value, if any, of one element of BlockSpec.fields.
-Refusal readFieldValue(Napi::Env env, const Napi::Value& element,
-                       BlockDraft& draft) {
-  const Napi::Value value = readProperty(env, element, "value");
+Refusal readFieldValue(Napi::Env env, const SpecKeys& keys,
+                       const Napi::Value& element, BlockDraft& draft) {
+  const Napi::Value value = readProperty(env, element, keys.value);
   if (isAbsent(value)) return {};
   std::string text;
-  const bool named = convertToText(readProperty(env, element, "name"), text);
+  const bool named = convertToText(readProperty(env, element, keys.name), text);
   if (!draft.budget.takeName(text.size())) return draft.tooLarge();
   const MetaField* field = named ? draft.field(text) : nullptr;
   if (field == nullptr) {
@@ -97,8 +97,8 @@ Refusal readFieldValue(Napi::Env env, const Napi::Value& element,
   return draft.store(env, value, *field, text);
 }
 
-Refusal readFieldValues(Napi::Env env, const Napi::Object& blockSpec,
-                        BlockDraft& draft) {
+Refusal readFieldValues(Napi::Env env, const SpecKeys& keys,
+                        const Napi::Object& blockSpec, BlockDraft& draft) {
   Napi::Value fields;
   BuildError error;
   // Read a second time, which may turn out otherwise. What is no array holds no
@@ -109,7 +109,7 @@ Refusal readFieldValues(Napi::Env env, const Napi::Object& blockSpec,
   Refusal refusal;
   if (fields.IsArray()) {
     forEachElement(env, fields, [&](const Napi::Value& element) {
-      refusal = readFieldValue(env, element, draft);
+      refusal = readFieldValue(env, keys, element, draft);
       return !refusal;
     });
   }
@@ -120,11 +120,15 @@ Refusal build(Napi::Env env, const Napi::Object& blockSpec,
               gs::container<uint8>& block) {
   static constexpr DraftWords WORDS = {"DataMap.insert_or_assign failed for ",
                                        BUILT_TOO_LARGE};
+  const SpecKeys keys(env);
   BuildError error;
-  const std::shared_ptr<Meta> meta = buildMetaSchema(env, blockSpec, error);
+  const std::shared_ptr<Meta> meta =
+      buildMetaSchema(env, keys, blockSpec, error);
   if (!meta) return refuseWith(error);
   BlockDraft draft(*meta, WORDS);
-  if (Refusal refusal = readFieldValues(env, blockSpec, draft)) return refusal;
+  if (Refusal refusal = readFieldValues(env, keys, blockSpec, draft)) {
+    return refusal;
+  }
   gs::container<uint8> packed = meta->flag(Brindle::MetaFlags::HAS_CRC)
                                     ? meta->packWithCrc(nullptr)
                                     : meta->pack(0);
