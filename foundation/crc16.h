@@ -8,7 +8,9 @@
 // seeded form chains. A null pointer or no bytes give the seed back.
 class CRC16 {
  public:
-  // One entry a byte, for the reflected polynomial 0x8005 (reversed: 0xA001).
+  // The reversed (least significant bit first) form of 0x8005.
+  static constexpr uint16 POLY = 0xA001;
+  // One entry a byte.
   static const std::array<uint16, 256> crcTab;
 
   static uint16 crc(uint16 seed, const uint8* data, size_t len);

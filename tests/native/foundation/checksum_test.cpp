@@ -1,8 +1,12 @@
 #include "foundation/crc16.h"
 #include "foundation/crc32.h"
 #include "foundation/crc8.h"
+#include "foundation/crc_definition.h"
+#include "foundation/crc_fold.h"
+#include "foundation/processor.h"
 #include "foundation/xor.h"
 #include "tests/support/bytes.h"
+#include "tests/support/guarded.h"
 
 // The check values of the published catalogue, over "123456789".
 TEST(Checksum, MatchesTheCatalogueInAnyTwoPieces) {
@@ -24,4 +28,29 @@ TEST(Checksum, MatchesTheCatalogueInAnyTwoPieces) {
   EXPECT_EQ(XOR::xor32(words, 3), 0xFFF00007u);
   EXPECT_EQ(XOR::xor32(nullptr, 5), 0u);
   EXPECT_EQ(CRC16::crc(nullptr, 5), 0xFFFF);
+}
+
+// All lengths up to a few rounds of the longest stride, each at every distance
+// from memory that cannot be read, and in two pieces.
+TEST(Checksum, IsWhatTheDefinitionGivesAtAnyLengthAndAlignment) {
+  const GuardedBytes memory;
+  const auto check = [](const uint8* data, size_t n, uint32 seed) {
+    const auto narrow = static_cast<uint16>(seed);
+    const uint32 crc32 = crcByDefinition(seed, data, n, CRC32::POLY);
+    const uint32 crc16 = crcByDefinition(narrow, data, n, CRC16::POLY);
+    const uint32 first = CRC32::crc(seed, data, n / 3, CRC32::POLY);
+    EXPECT_EQ(CRC32::crc(first, data + n / 3, n - n / 3, CRC32::POLY), crc32);
+    EXPECT_EQ(CRC32::crc(seed, data, n, CRC32::POLY), crc32);
+    EXPECT_EQ(CRC16::crc(narrow, data, n), crc16);
+    if (!gs::multipliesCarryless()) return;
+    EXPECT_EQ(gs::foldCrc32(seed, data, n), crc32);
+    EXPECT_EQ(gs::foldCrc16(narrow, data, n), crc16);
+  };
+  for (size_t n = 0; n <= 300; ++n) {
+    for (size_t rest = 0; rest < 16; ++rest) {
+      SCOPED_TRACE(testing::Message() << n << " bytes, " << rest << " after");
+      check(memory.end() - rest - n, n, static_cast<uint32>(0x9E3779B9 * n));
+    }
+  }
+  check(memory.end() - 65537, 65537, 0xFFFFFFFF);
 }
