@@ -1,14 +1,20 @@
 #include "foundation/crc32.h"
 
+#include "foundation/crc32_arm.h"
 #include "foundation/crc_definition.h"
 #include "foundation/crc_fold.h"
 #include "foundation/processor.h"
 
 uint32 CRC32::crc(uint32 seed, const uint8* data, size_t len, uint32 poly) {
-  if (poly == POLY && gs::multipliesCarryless()) {
-    return gs::foldCrc32(seed, data, len);
+  if (poly != POLY) return crcByDefinition(seed, data, len, poly);
+  const bool folds = gs::multipliesCarryless();
+#ifdef BRINDLE_ARM_TARGET
+  if (gs::hasCrc32() && (len < 128 || !folds)) {
+    return gs::instructedCrc32(seed, data, len);
   }
-  return crcByDefinition(seed, data, len, poly);
+#endif
+  return folds ? gs::foldCrc32(seed, data, len)
+               : crcByDefinition(seed, data, len, poly);
 }
 
 uint32 CRC32::crc(const uint8* data, size_t len, uint32 poly) {

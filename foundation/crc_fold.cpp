@@ -1,11 +1,10 @@
 #include "foundation/crc_fold.h"
 
-#include <cstring>
-
 #include "foundation/carryless.h"
 #include "foundation/crc16.h"
 #include "foundation/crc32.h"
 #include "foundation/crc_definition.h"
+#include "foundation/load_number.h"
 
 namespace gs {
 
@@ -35,18 +34,12 @@ constexpr uint64 quotientOf96(uint32 poly) {
   return quotient;
 }
 
-template <class T>
-uint64 loadNumber(const uint8* from) {
-  T number;
-  std::memcpy(&number, from, sizeof number);
-  return number;
-}
-
 // From one to two T's in bytes. What is loaded twice is the same both times.
 template <class T>
 uint64 loadOverlapping(const uint8* from, size_t n) {
   const size_t second = n - sizeof(T);
-  return loadNumber<T>(from) | loadNumber<T>(from + second) << 8 * second;
+  return loadNumber<T>(from) | uint64{loadNumber<T>(from + second)}
+                                   << 8 * second;
 }
 
 // One to seven bytes.

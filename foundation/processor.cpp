@@ -1,19 +1,18 @@
 #include "foundation/processor.h"
 
-#if defined(BRINDLE_ARM_TARGET) && defined(__linux__)
+#if defined(BRINDLE_ARM_TARGET) && !defined(__APPLE__)
 #include <asm/hwcap.h>
 #include <sys/auxv.h>
 #endif
 
 namespace gs {
 
-#if defined(__x86_64__)
-
-#elif defined(BRINDLE_ARM_TARGET) && defined(__APPLE__)
+#if defined(BRINDLE_ARM_TARGET) && defined(__APPLE__)
 
 bool multipliesCarryless() { return true; }
+bool hasCrc32() { return true; }
 
-#elif defined(BRINDLE_ARM_TARGET) && defined(__linux__)
+#elif defined(BRINDLE_ARM_TARGET)
 
 namespace {
 
@@ -25,8 +24,9 @@ bool has(unsigned long capability) {
 }  // namespace
 
 bool multipliesCarryless() { return has(HWCAP_PMULL); }
+bool hasCrc32() { return has(HWCAP_CRC32); }
 
-#else
+#elif !defined(__x86_64__)
 
 bool multipliesCarryless() { return false; }
 
