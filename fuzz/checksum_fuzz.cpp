@@ -140,7 +140,8 @@ void checkBuffer(std::string_view bytes, size_t split) {
   gs::container<uint8> joined;
   INVARIANT(Brindle::appendToBuffer(joined, bytes.data(), split));
   INVARIANT(joined.capacity == split);
-  Brindle::reserveAhead(joined);
+  Brindle::reserveAhead(joined, split);
+  INVARIANT(joined.capacity - joined.size >= split);
   INVARIANT(Brindle::appendToBuffer(joined, bytes.data() + split,
                                     bytes.size() - split));
   INVARIANT(reference::viewOf(joined) == bytes);

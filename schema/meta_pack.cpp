@@ -14,9 +14,12 @@ namespace Brindle {
 
 namespace {
 
+// What stands beside a text: its length, a type, flags or a code.
+constexpr size_t SMALL = 2 * sizeof(uint32);
+
 bool packText(const SafeString& text, gs::container<uint8>& out) {
-  reserveAhead(out);
   const gs::ConstBuf bytes = text.bytes();
+  reserveAhead(out, bytes.size + SMALL);
   return appendNumber(out, static_cast<uint32>(bytes.size)) &&
          appendToBuffer(out, bytes.data, bytes.size);
 }

@@ -21,7 +21,6 @@ bool appendEntry(const Meta& meta, const DataMap::Entry& entry, uint8 depth,
     pqpr("The field has a meta flag, it is not transmitted in the data");
     return false;
   }
-  reserveAhead(body);
   if (!appendVarint(body, field->index)) {
     pqpr("Failed to append field ID");
     return false;

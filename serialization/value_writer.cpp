@@ -20,6 +20,7 @@ namespace Brindle {
 namespace {
 
 bool appendSized(gs::container<uint8>& out, const gs::ConstBuf& bytes) {
+  reserveAhead(out, Varint::LONGEST + bytes.size);
   return appendVarint(out, bytes.size) &&
          appendToBuffer(out, bytes.data, bytes.size);
 }
@@ -29,7 +30,7 @@ bool appendEach(const gs::container<T>& array, gs::container<uint8>& out,
                 Write write) {
   if (!appendVarint(out, array.size)) return false;
   for (const T& element : array) {
-    reserveAhead(out);
+    reserveAhead(out, Varint::LONGEST);
     if (!write(element)) return false;
   }
   return true;

@@ -7,8 +7,9 @@
 namespace Brindle {
 
 inline bool appendVarint(gs::container<uint8>& out, uint64 value) {
-  const gs::container<uint8> encoded = Varint::encode(value);
-  return appendToBuffer(out, encoded.data, encoded.size);
+  reserveAhead(out, Varint::LONGEST);
+  out.size += Varint::encode(value, out.data + out.size);
+  return true;
 }
 
 // False when no byte is left; a varint that is cut off gives the bits there
