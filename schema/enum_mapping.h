@@ -49,6 +49,7 @@ class EnumMapping {
   bool append(EnumEntry entry) {
     const uint8 code = entry.value;
     if (entries.append(std::move(entry)) == nullptr) return false;
+    entries.extendIndex();
     used.set(code);
     return true;
   }
@@ -62,6 +63,7 @@ class EnumMapping {
       } else {
         used.set(first->value.value);
         entries.takeFirst(other.entries);
+        entries.extendIndex();
       }
     }
     other.used.reset();

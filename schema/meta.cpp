@@ -104,6 +104,7 @@ bool Meta::insertField(MetaField&& given, bool& changed) {
   if (existing == nullptr) {
     given.index = static_cast<uint16>(fields().count);
     fields_.append(std::move(given));
+    fields_.extendIndex();
     changed = true;
     return true;
   }

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <cstring>
 #include <memory>
 #include <new>
-#include <set>
 #include <utility>
 
 #include "foundation/linked_list.h"
+#include "schema/name_index.h"
 #include "schema/named.h"
 
 namespace Brindle {
@@ -14,12 +13,11 @@ namespace Brindle {
 // A list of named elements that finds them by name: the first of that name, as
 // a walk from the head would. Short lists are walked; past LINEAR elements an
 // index does the work, so that names that come from outside in great numbers
-// cost no quadratic time. The index is ordered, not hashed: no choice of names
-// degrades it.
+// cost no quadratic time.
 //
-// The index grows as elements are added, never by a search: any number of
-// threads may search a list that none changes. Without memory for it the list
-// is walked. Names of elements must not be replaced.
+// The index grows by extendIndex(), never by a search: any number of threads
+// may search a list that none changes. What it does not cover, be it for lack
+// of memory, is walked. Names of elements must not be replaced.
 template <class T>
 class NamedList {
  public:
@@ -43,11 +41,25 @@ class NamedList {
   const List& list() const { return elements; }
   Node* head() { return elements.head; }
 
-  // Null, with the list unchanged, when there is no memory for the element.
-  T* append(T&& element) {
-    T* added = elements.append(std::move(element));
-    extendIndex();
-    return added;
+  // Null, with the list unchanged, when there is no memory for the element. The
+  // index does not cover it yet.
+  T* append(T&& element) { return elements.append(std::move(element)); }
+
+  // Makes the index cover all elements, if there are enough.
+  void extendIndex() noexcept {
+    if (elements.count <= LINEAR || covered() == elements.count) return;
+    try {
+      if (!index) index = std::make_unique<Index>();
+      while (Node* node = firstUncovered()) {
+        // A name without a buffer equals none and is never looked up.
+        const SafeString& name = node->value.name;
+        if (name.data() != nullptr) index->firsts.insert(name, node);
+        index->last = node;
+        ++index->covered;
+      }
+    } catch (const std::bad_alloc&) {
+      // The rest is walked until there is memory again.
+    }
   }
 
   // Null if there is none.
@@ -58,8 +70,8 @@ class NamedList {
     if (name.data() == nullptr) return nullptr;
     // Whatever the index holds stands before the rest.
     if (index) {
-      const auto hit = index->firsts.find(name);
-      if (hit != index->firsts.end()) return *hit;
+      void* hit = index->firsts.find(name);
+      if (hit != nullptr) return static_cast<Node*>(hit);
     }
     const Node* node = firstUncovered();
     while (node != nullptr && !(node->value.name.text() == name)) {
@@ -72,7 +84,6 @@ class NamedList {
   void takeFirst(NamedList& other) noexcept {
     other.index.reset();
     elements.takeFirst(other.elements);
-    extendIndex();
   }
   // Removes `node`, which has to be one of this list.
   void remove(Node* node) {
@@ -85,44 +96,17 @@ class NamedList {
   }
 
  private:
-  static constexpr uint64 LINEAR = 32;
+  static constexpr uint64 LINEAR = 8;
 
-  struct ByName {
-    using is_transparent = void;
-    static const char* text(const SafeString& name) { return name.c_str(); }
-    static const char* text(const Node* node) {
-      return node->value.name.c_str();
-    }
-    template <class A, class B>
-    bool operator()(const A& a, const B& b) const {
-      return std::strcmp(text(a), text(b)) < 0;
-    }
-  };
   struct Index {
-    std::set<Node*, ByName> firsts;  // the first element of each name
-    Node* last = nullptr;            // the last element that is covered
+    NameIndex firsts;      // the first element of each name
+    Node* last = nullptr;  // the last element that is covered
     uint64 covered = 0;
   };
 
   uint64 covered() const { return index ? index->covered : 0; }
   Node* firstUncovered() const {
     return covered() == 0 ? elements.head : index->last->next;
-  }
-  void extendIndex() noexcept {
-    if (elements.count - covered() <= LINEAR) return;
-    try {
-      if (!index) index = std::make_unique<Index>();
-      while (Node* node = firstUncovered()) {
-        // A name without a buffer equals none and is never looked up.
-        if (node->value.name.text().data() != nullptr) {
-          index->firsts.insert(node);
-        }
-        index->last = node;
-        ++index->covered;
-      }
-    } catch (const std::bad_alloc&) {
-      // The rest is walked until there is memory again.
-    }
   }
 
   List elements;

@@ -16,6 +16,7 @@ FieldValue* DataMap::operator[](const SafeString& name) {
 }
 
 bool DataMap::insert_or_assign(const Name& name, const FieldValue& value) {
+  entries.extendIndex();
   FieldValue* existing = (*this)[name];
   if (existing == nullptr) return emplace(name, value);
   *existing = value;
