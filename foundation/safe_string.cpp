@@ -5,7 +5,6 @@
 #include <cstring>
 #include <functional>
 #include <new>
-#include <utility>
 
 #include "foundation/text.h"
 
@@ -57,10 +56,12 @@ SafeString::SafeString(const SafeString& other) : canGrow(other.canGrow) {
   end = begin + other.length();
 }
 
-SafeString::SafeString(SafeString&& other) noexcept { swap(other); }
-
-SafeString::~SafeString() {
-  if (!borrowed) release();
+SafeString SafeString::view(const char* text, size_t length) {
+  SafeString made;
+  made.begin = const_cast<char*>(text);
+  made.last = made.end = made.begin + length;
+  made.borrowed = true;
+  return made;
 }
 
 SafeString& SafeString::operator=(const SafeString& other) {
@@ -84,16 +85,8 @@ SafeString& SafeString::operator=(bool value) {
 
 SafeString& SafeString::operator=(char c) { return set(&c, 1); }
 
-size_t SafeString::size() const {
-  return begin == nullptr ? 0 : static_cast<size_t>(last - begin) + 1;
-}
-
 const char* SafeString::data(size_t offset) const {
   return begin == nullptr || offset > size() ? nullptr : begin + offset;
-}
-
-gs::ConstBuf SafeString::bytes() const {
-  return {reinterpret_cast<const uint8*>(begin), length()};
 }
 
 SafeString& SafeString::append(const char* text) {
@@ -183,15 +176,6 @@ SafeString& SafeString::validate(bool force) {
   return done(true);
 }
 
-void SafeString::swap(SafeString& other) noexcept {
-  std::swap(begin, other.begin);
-  std::swap(last, other.last);
-  std::swap(end, other.end);
-  std::swap(borrowed, other.borrowed);
-  std::swap(canGrow, other.canGrow);
-  std::swap(lastOpOk, other.lastOpOk);
-}
-
 SafeString& SafeString::done(bool ok) {
   lastOpOk = ok;
   return *this;
@@ -209,7 +193,7 @@ bool SafeString::appendBytes(const char* bytes, size_t n) {
 
 bool SafeString::makeRoom(size_t newLength) {
   if (begin != nullptr && newLength < size()) return true;
-  if (!canGrow || newLength > SIZE_MAX - GROWTH_STEP) return false;
+  if (!canGrow || borrowed || newLength > SIZE_MAX - GROWTH_STEP) return false;
   const size_t need = newLength + 1;
   return reallocate((need + GROWTH_STEP - 1) / GROWTH_STEP * GROWTH_STEP);
 }

@@ -3,6 +3,8 @@
 #include <compare>
 #include <concepts>
 #include <cstdarg>
+#include <cstdlib>
+#include <utility>
 
 #include "foundation/container.h"
 #include "foundation/diagnostics.h"
@@ -40,8 +42,14 @@ class SafeString {
   // Copies the whole capacity, zero bytes included, into an owned buffer. A
   // copy of a string that failed to get a buffer has failed too.
   SafeString(const SafeString& other);
-  SafeString(SafeString&& other) noexcept;
-  ~SafeString();
+  SafeString(SafeString&& other) noexcept { swap(other); }
+  ~SafeString() {
+    if (!borrowed) std::free(begin);
+  }
+
+  // A string to be read only, over `length` characters and a zero byte that
+  // belong to the caller. Copies of it are owned and may grow.
+  static SafeString view(const char* text, size_t length);
 
   // Takes over the other's buffer, whether it may grow, and its last outcome.
   // A buffer that was borrowed is no longer written to.
@@ -53,13 +61,17 @@ class SafeString {
   SafeString& operator=(char c);
   SafeString& operator=(float value);  // with 6 decimals
 
-  size_t size() const;  // the capacity, the terminator's byte included
+  // The capacity, the terminator's byte included.
+  size_t size() const {
+    return begin == nullptr ? 0 : static_cast<size_t>(last - begin) + 1;
+  }
   size_t length() const { return static_cast<size_t>(end - begin); }
   bool isEmpty() const { return end == begin; }
   bool wasLastOpSuccessful() const { return lastOpOk; }
 
   // The text from `offset` on; null without a buffer or past size().
-  const char* data(size_t offset = 0) const;
+  const char* data(size_t offset) const;
+  const char* data() const { return begin; }
   // The writable buffer or null. Call validate(true) after writing to it.
   char* raw() { return begin; }
   // The text; empty, never null, without a buffer.
@@ -67,7 +79,10 @@ class SafeString {
     return begin == nullptr ? "" : begin;
   }
   const char* c_str() const { return *this; }  // the same, for varargs
-  gs::ConstBuf bytes() const;  // length() bytes, zero bytes included
+  // length() bytes, zero bytes included.
+  gs::ConstBuf bytes() const {
+    return {reinterpret_cast<const uint8*>(begin), length()};
+  }
 
   // All or nothing. The source ends at its first zero byte or after n bytes.
   SafeString& append(const char* text);
@@ -163,7 +178,14 @@ class SafeString {
 
  private:
   SafeString& done(bool ok);  // records the outcome
-  void swap(SafeString& other) noexcept;
+  void swap(SafeString& other) noexcept {
+    std::swap(begin, other.begin);
+    std::swap(last, other.last);
+    std::swap(end, other.end);
+    std::swap(borrowed, other.borrowed);
+    std::swap(canGrow, other.canGrow);
+    std::swap(lastOpOk, other.lastOpOk);
+  }
   bool appendBytes(const char* bytes, size_t n);
   // makeRoom, after which `bytes` points to the same bytes even if they lie
   // inside the buffer and this has moved.

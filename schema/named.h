@@ -14,15 +14,12 @@ namespace Brindle {
 class Name {
  public:
   Name() = default;  // without a buffer: equal to no name
-  // Take or copy a text, or throw std::bad_alloc: a name never gets lost.
+  // Zero bytes included, with one allocation.
+  explicit Name(const gs::ConstBuf& bytes);
+  // Copy a text, or throw std::bad_alloc: a name never gets lost.
   // NOLINTBEGIN(google-explicit-constructor): texts serve as names
-  Name(SafeString&& text)
-      : shared(std::make_shared<const SafeString>(std::move(text))) {
-    const bool lost = shared->data() == nullptr;
-    if (lost && !shared->wasLastOpSuccessful()) throw std::bad_alloc();
-  }
-  Name(const SafeString& text) : Name(cloneOf(text)) {}
-  Name(const char* text) : Name(cloneOf(text)) {}
+  Name(const SafeString& text);
+  Name(const char* text) : Name(SafeString(text)) {}
 
   operator const SafeString&() const { return shared ? *shared : none(); }
   // NOLINTEND(google-explicit-constructor)
