@@ -4,10 +4,13 @@ namespace brindle_napi {
 
 namespace {
 
-// A name that found no memory would find no constant: cloneOf throws for it.
-bool readConstant(const Brindle::Meta& meta, const char* name,
-                  Brindle::FieldValue& out) {
-  return meta.getMetaValue(cloneOf(name), out);
+// The constant of that name, or null.
+const Brindle::FieldValue* constantOf(const Brindle::Meta& meta,
+                                      const char* name) {
+  const auto* found = meta.fields().find([&](const Brindle::MetaField& field) {
+    return field.isMeta() && field.value && field.name.text() == name;
+  });
+  return found == nullptr ? nullptr : found->value.value.get();
 }
 
 template <class T>
@@ -17,31 +20,30 @@ bool readNumber(const Brindle::FieldValue& value, uint32& out) {
   return number != nullptr;
 }
 
+const SafeString* textOf(const Brindle::FieldValue* value) {
+  return value == nullptr ? nullptr : value->getShared<SafeString>();
+}
+
 }  // namespace
 
 bool getBlockUuid(const Brindle::Meta& meta, Uuid& out) {
-  Brindle::FieldValue value;
-  if (!readConstant(meta, "__uuid", value)) return false;
-  const SafeString* text = value.getShared<SafeString>();
+  const SafeString* text = textOf(constantOf(meta, "__uuid"));
   if (text == nullptr) return false;
   out = Uuid(*text);
   return out.isValid();
 }
 
 bool getBlockInstance(const Brindle::Meta& meta, uint32& out) {
-  Brindle::FieldValue value;
-  return readConstant(meta, "__instance", value) &&
-         (readNumber<uint8>(value, out) || readNumber<uint16>(value, out) ||
-          readNumber<uint32>(value, out));
+  const Brindle::FieldValue* value = constantOf(meta, "__instance");
+  return value != nullptr &&
+         (readNumber<uint8>(*value, out) || readNumber<uint16>(*value, out) ||
+          readNumber<uint32>(*value, out));
 }
 
-const SafeString* getDescriptorUuid(const Brindle::Meta& meta,
-                                    Brindle::FieldValue& holder) {
-  if (!readConstant(meta, "__uuidDescr", holder) &&
-      !readConstant(meta, "descriptor_uuid", holder)) {
-    return nullptr;
-  }
-  return holder.getShared<SafeString>();
+const SafeString* getDescriptorUuid(const Brindle::Meta& meta) {
+  const Brindle::FieldValue* value = constantOf(meta, "__uuidDescr");
+  if (value == nullptr) value = constantOf(meta, "descriptor_uuid");
+  return textOf(value);
 }
 
 }  // namespace brindle_napi

@@ -3,8 +3,7 @@
 #include "foundation/uuid.h"
 #include "schema/meta.h"
 
-// Constants with reserved names by which a block says what it is. All throw
-// std::bad_alloc.
+// Constants with reserved names by which a block says what it is.
 namespace brindle_napi {
 
 // "__uuid": the block's identifier. False unless it is a string that reads as a
@@ -15,9 +14,8 @@ bool getBlockUuid(const Brindle::Meta& meta, Uuid& out);
 // uint8, uint16 or uint32.
 bool getBlockInstance(const Brindle::Meta& meta, uint32& out);
 
-// "__uuidDescr", or without one "descriptor_uuid": the text as it stands, or
-// null unless it is a string. `holder` keeps what the answer points to.
-const SafeString* getDescriptorUuid(const Brindle::Meta& meta,
-                                    Brindle::FieldValue& holder);
+// "__uuidDescr", or without one "descriptor_uuid": the text as it stands, owned
+// by the schema; null unless it is a string.
+const SafeString* getDescriptorUuid(const Brindle::Meta& meta);
 
 }  // namespace brindle_napi

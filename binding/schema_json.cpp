@@ -18,24 +18,20 @@ bool needsEscape(char c) {
 void writeEscaped(char c, std::string& out) {
   constexpr char DIGITS[] = "0123456789abcdef";
   const auto code = static_cast<unsigned char>(c);
-  out += "\\u00";
-  out += DIGITS[code >> 4];
-  out += DIGITS[code & 15];
+  out.append({'\\', 'u', '0', '0', DIGITS[code >> 4], DIGITS[code & 15]});
 }
 
-// In quotes.
+// What stands between two quotes.
 void writeText(const SafeString& text, std::string& out) {
   const char* at = text.c_str();
   const char* end = at + text.length();
-  out += '"';
   while (true) {
     const char* plain = std::find_if(at, end, needsEscape);
     out.append(at, plain);
-    if (plain == end) break;
+    if (plain == end) return;
     writeEscaped(*plain, out);
     at = plain + 1;
   }
-  out += '"';
 }
 
 // Between `open` and `close`, separated by commas.
@@ -52,25 +48,29 @@ void writeEach(const List& list, char open, char close, std::string& out,
   out += close;
 }
 
-void writeFlag(std::string_view key, bool on, std::string& out) {
-  out += key;
-  out += on ? "true" : "false";
+std::string_view flagsOf(const MetaField& field) {
+  if (field.isMeta()) {
+    return field.isRepeated() ? R"(","repeated":true,"isMeta":true)"
+                              : R"(","repeated":false,"isMeta":true)";
+  }
+  return field.isRepeated() ? R"(","repeated":true,"isMeta":false)"
+                            : R"(","repeated":false,"isMeta":false)";
 }
 
 void writeSchema(const Meta& meta, std::string& out);
 
 void writeField(const MetaField& field, std::string& out) {
-  out += R"({"name":)";
+  out += R"({"name":")";
   writeText(field.name, out);
-  out += R"(,"type":")";
+  out += R"(","type":")";
   out += fieldTypeToString(field.type);
-  writeFlag(R"(","repeated":)", field.isRepeated(), out);
-  writeFlag(R"(,"isMeta":)", field.isMeta(), out);
+  out += flagsOf(field);
   if (!field.enumMapping.empty()) {
     out += R"(,"enumMapping":)";
     writeEach(field.enumMapping, '{', '}', out, [&](const EnumEntry& entry) {
+      out += '"';
       writeText(entry.name, out);
-      out += ':';
+      out += R"(":)";
       out += std::to_string(entry.value);
     });
   }
@@ -82,9 +82,9 @@ void writeField(const MetaField& field, std::string& out) {
 }
 
 void writeSchema(const Meta& meta, std::string& out) {
-  out += R"({"name":)";
+  out += R"({"name":")";
   writeText(meta.name(), out);
-  out += R"(,"fields":)";
+  out += R"(","fields":)";
   writeEach(meta.fields(), '[', ']', out,
             [&](const MetaField& field) { writeField(field, out); });
   out += '}';
@@ -93,7 +93,9 @@ void writeSchema(const Meta& meta, std::string& out) {
 }  // namespace
 
 std::string schemaToJson(const Meta& meta) {
+  constexpr size_t PER_FIELD = 96;  // as a rule
   std::string text;
+  text.reserve((meta.fields().count + 1) * PER_FIELD);
   writeSchema(meta, text);
   return text;
 }

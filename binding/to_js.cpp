@@ -12,7 +12,6 @@ namespace brindle_napi {
 
 namespace {
 
-using Brindle::FieldValue;
 using Brindle::Meta;
 using Brindle::MetaField;
 
@@ -49,8 +48,7 @@ void addIdentity(napi_env env, const Meta& meta, ObjectWriter& dto) {
   if (getBlockInstance(meta, instance)) {
     dto.add("instance", number(env, instance));
   }
-  FieldValue descriptor;
-  if (const SafeString* text = getDescriptorUuid(meta, descriptor)) {
+  if (const SafeString* text = getDescriptorUuid(meta)) {
     dto.add("descriptorUuid", textToNapi(env, *text));
   }
 }

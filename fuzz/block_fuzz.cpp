@@ -90,8 +90,7 @@ void checkIdentity(const Brindle::Meta& meta, const reference::Schema& schema) {
             modelInstance.has_value());
   INVARIANT(!modelInstance || instance == *modelInstance);
 
-  Brindle::FieldValue holder;
-  const SafeString* text = brindle_napi::getDescriptorUuid(meta, holder);
+  const SafeString* text = brindle_napi::getDescriptorUuid(meta);
   const reference::Field* model = reference::constantOf(schema, "__uuidDescr");
   if (model == nullptr)
     model = reference::constantOf(schema, "descriptor_uuid");
