@@ -223,13 +223,8 @@ class SchemaBuilder {
   }
 
   bool add(Head& head, const char* failed) {
-    const Brindle::Name name = head.field.name;
-    if (!meta->insertField(std::move(head.field), changed)) {
-      return fail(failed + quoted(head.text), INTERNAL);
-    }
-    // A schema that has no memory for a field says nothing of it.
-    if (meta->field(name) == nullptr) throw std::bad_alloc();
-    return true;
+    return meta->insertField(std::move(head.field), changed) ||
+           fail(failed + quoted(head.text), INTERNAL);
   }
 
   Napi::Env env;

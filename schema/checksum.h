@@ -8,6 +8,9 @@ namespace Brindle {
 // A CRC-32/JAMCRC continued from piece to piece, without lengths in between.
 class Checksum {
  public:
+  Checksum() = default;
+  explicit Checksum(uint32 before) : crc(before) {}
+
   uint32 value() const { return crc; }
 
   void add(const void* data, size_t n) {

@@ -30,6 +30,8 @@ Meta::Meta(const Meta& other)
     : name_(cloneOf(other.name_)),
       crc_(other.crc_),
       flags_(other.flags_),
+      exposed_(other.exposed_),
+      stale_(other.stale_),
       fields_(other.fields_) {}
 
 Meta& Meta::operator=(const Meta& other) {
@@ -49,11 +51,14 @@ void Meta::setFlags(MetaFlags flags) {
 
 void Meta::setFlag(MetaFlags bits, bool on) {
   flags_ = withFlags(flags_, bits, on);
+  stale_ = true;
 }
 
 MetaField* Meta::field(const SafeString& name) {
   auto* node = fields_.find(name);
-  return node == nullptr ? nullptr : &node->value;
+  if (node == nullptr) return nullptr;
+  exposed_ = true;
+  return &node->value;
 }
 
 const MetaField* Meta::field(const SafeString& name) const {
@@ -86,13 +91,27 @@ bool Meta::addField(const SafeString& name, FieldFlags flags, FieldType type,
                   std::move(enumMapping),
                   std::move(meta),
                   std::move(value)};
+  MetaField* at = nullptr;
   bool changed = false;
-  const bool accepted = insertField(std::move(given), changed);
-  if (changed) updateCrc();
+  const uint64 before = fields().count;
+  const bool accepted = place(std::move(given), at, changed);
+  if (fields().count != before) {
+    continueCrc(*at);
+  } else if (changed) {
+    updateCrc();
+  }
   return accepted;
 }
 
 bool Meta::insertField(MetaField&& given, bool& changed) {
+  MetaField* at = nullptr;
+  const bool accepted = place(std::move(given), at, changed);
+  if (accepted && at == nullptr) throw std::bad_alloc();
+  if (changed) stale_ = true;
+  return accepted;
+}
+
+bool Meta::place(MetaField&& given, MetaField*& at, bool& changed) {
   if (given.type == FieldType::ENUM && given.enumMapping.empty()) {
     pqpr("ENUM field must have a mapping of possible values.");
     return false;
@@ -100,19 +119,21 @@ bool Meta::insertField(MetaField&& given, bool& changed) {
   if (given.type == FieldType::DATA_MAP && !checkHasMeta(given.meta)) {
     return false;
   }
-  MetaField* existing = field(given.name);
+  auto* existing = fields_.find(given.name);
   if (existing == nullptr) {
+    if (given.meta || given.value) exposed_ = true;
     given.index = static_cast<uint16>(fields().count);
-    fields_.append(std::move(given));
+    at = fields_.append(std::move(given));
     fields_.extendIndex();
     changed = true;
     return true;
   }
-  if (existing->type != given.type) {
+  at = &existing->value;
+  if (at->type != given.type) {
     pqpr("Field already exists with different type");
     return false;
   }
-  if (existing->enumMapping.merge(std::move(given.enumMapping))) changed = true;
+  if (at->enumMapping.merge(std::move(given.enumMapping))) changed = true;
   return true;
 }
 
@@ -140,12 +161,25 @@ void Meta::deleteField(const SafeString& name) {
   updateCrc();
 }
 
+void Meta::continueCrc(const MetaField& added) {
+  // There is nothing to continue in front of the first field.
+  if (exposed_ || stale_ || fields().count == 1) return updateCrc();
+  Checksum sum(crc_);
+  add(sum, added);
+  crc_ = sum.value();
+}
+
 void Meta::updateCrc() {
+  crc_ = crcWith(flags_);
+  stale_ = false;
+}
+
+uint32 Meta::crcWith(MetaFlags flags) const {
   Checksum sum;
   sum.add(name_);
-  sum.add(flags_);
+  sum.add(flags);
   for (const MetaField& field : fields()) add(sum, field);
-  crc_ = sum.value();
+  return sum.value();
 }
 
 }  // namespace Brindle

@@ -74,7 +74,8 @@ class Meta {
                     EnumMapping&& enumMapping = {},
                     std::shared_ptr<Meta> meta = nullptr);
   // The same for many fields in a row: `changed` becomes true when the schema
-  // has changed, and the checksum is left for updateCrc() to refresh.
+  // has changed, and the checksum is left for updateCrc() to refresh. Throws
+  // std::bad_alloc when there is no memory for the list node.
   bool insertField(MetaField&& given, bool& changed);
   void updateCrc();
   // Removes the field of that name, if any; the others keep their index.
@@ -102,12 +103,23 @@ class Meta {
   static size_t getPacketMetaSize(const uint8* data, size_t length);
 
  private:
+  Meta(SafeString&& name, MetaFlags flags)  // leaves the checksum to be made
+      : name_(std::move(name)), flags_(flags), exposed_(true) {}
+
+  // Adds or merges: `at` becomes the field of that name, null when there is no
+  // memory for its list node.
+  bool place(MetaField&& given, MetaField*& at, bool& changed);
+  // Takes a field that has just been appended into the checksum.
+  void continueCrc(const MetaField& added);
+  // The checksum as it would be with these flags.
+  uint32 crcWith(MetaFlags flags) const;
+
   static bool validateHeader(const PackedMetaHeader& header,
                              size_t bufferLength);
   static bool processCrc(const PackedMetaHeader& header,
                          const gs::ConstBuf& buffer, const uint16* expectedCrc);
   static bool extractStrFromBuffer(const gs::ConstBuf& buffer, size_t& offset,
-                                   uint32 length, SafeString& out);
+                                   uint32 length, gs::ConstBuf& out);
   static bool processEnumField(const gs::ConstBuf& buffer, size_t& offset,
                                EnumMapping& out);
   static bool processDataMapField(const gs::ConstBuf& buffer, size_t& offset,
@@ -121,6 +133,8 @@ class Meta {
   SafeString name_;
   uint32 crc_ = 0;
   MetaFlags flags_ = MetaFlags::NONE;
+  bool exposed_ = false;  // others can change what the checksum covers
+  bool stale_ = false;    // the checksum lacks a change
   NamedList<MetaField> fields_;
 };
 

@@ -101,10 +101,9 @@ gs::container<uint8> Meta::packWithCrc(uint16* crcOut) const {
   if (!checkSize(out, PackedMetaHeader::SIZE)) return {};
 
   // The flag counts in the schema checksum too.
-  Meta flagged(*this);
-  flagged.setFlags(withFlags(flags_, MetaFlags::HAS_CRC));
-  overwrite(out, PackedMetaHeader::FLAGS_OFFSET, flagged.flags_);
-  overwrite(out, PackedMetaHeader::CRC_OFFSET, flagged.crc_);
+  const MetaFlags flagged = withFlags(flags_, MetaFlags::HAS_CRC);
+  overwrite(out, PackedMetaHeader::FLAGS_OFFSET, flagged);
+  overwrite(out, PackedMetaHeader::CRC_OFFSET, crcWith(flagged));
   if (!appendCrc16(out, crcOut)) return {};
   return out;
 }

@@ -69,15 +69,12 @@ bool Meta::processCrc(const PackedMetaHeader& header,
 }
 
 bool Meta::extractStrFromBuffer(const gs::ConstBuf& buffer, size_t& offset,
-                                uint32 length, SafeString& out) {
+                                uint32 length, gs::ConstBuf& out) {
   if (length > PackedMetaHeader::MAX_NAME) {
     pqpr("Name is very long %u", length);
     return false;
   }
-  gs::ConstBuf bytes;
-  if (!extractView(buffer, offset, bytes, length)) return false;
-  out = cloneOf(bytes);
-  return true;
+  return extractView(buffer, offset, out, length);
 }
 
 bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
@@ -86,14 +83,14 @@ bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
   if (!extractNumber(buffer, offset, count)) return false;
   for (uint32 i = 0; i < count; ++i) {
     uint32 length = 0;
-    SafeString name;
+    gs::ConstBuf name;
     uint8 code = 0;
     if (!extractNumber(buffer, offset, length) ||
         !extractStrFromBuffer(buffer, offset, length, name) ||
         !extractNumber(buffer, offset, code)) {
       return false;
     }
-    if (!out.append({std::move(name), code})) throw std::bad_alloc();
+    if (!out.append({Name(name), code})) throw std::bad_alloc();
   }
   return true;
 }
@@ -120,22 +117,25 @@ bool Meta::processFieldValue(MetaField& field, const gs::ConstBuf& buffer,
   if (!Serializer::deserializeField(field, buffer, offset, value, depth)) {
     return constantFailed();
   }
-  field.value.reset(new (std::nothrow) FieldValue(std::move(value)));
-  if (!field.value) outOfMemory("Failed to create field value");
+  try {
+    field.value = std::make_shared<FieldValue>(std::move(value));
+  } catch (const std::bad_alloc&) {
+    outOfMemory("Failed to create field value");
+  }
   return true;
 }
 
 bool Meta::unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
                             uint8 level, MetaField& out) {
   uint32 length = 0;
-  SafeString name;
+  gs::ConstBuf name;
   if (!extractNumber(buffer, offset, length) ||
       !extractStrFromBuffer(buffer, offset, length, name) ||
       !extractNumber(buffer, offset, out.type) ||
       !extractNumber(buffer, offset, out.flags)) {
     return false;
   }
-  out.name = std::move(name);
+  out.name = Name(name);
   if (out.type == FieldType::ENUM) {
     return processEnumField(buffer, offset, out.enumMapping);
   }
@@ -149,16 +149,15 @@ bool Meta::unpackField(const gs::ConstBuf& buffer, size_t& offset,
                        uint8 level) {
   MetaField read;
   if (!unpackDescriptor(buffer, offset, level, read)) return false;
-  const Name name = read.name;
+  MetaField* added = nullptr;
   bool changed = false;
-  if (!insertField(std::move(read), changed)) {
+  if (!place(std::move(read), added, changed)) {
     pqpr("Failed to add field");
     return false;
   }
+  if (added == nullptr) outOfMemory("Failed to get field");
   // A second field of the same name has been merged into the first, whose
   // flags then decide.
-  MetaField* added = field(name);
-  if (added == nullptr) outOfMemory("Failed to get field");
   return processFieldValue(*added, buffer, offset, level) || constantFailed();
 }
 
@@ -173,21 +172,20 @@ std::unique_ptr<Meta> Meta::unpack(const gs::ConstBuf& buffer, uint8 depth,
     pqpr("Buffer too small for meta header");
     return nullptr;
   }
-  SafeString name("");
+  gs::ConstBuf name;
   if (!validateHeader(header, buffer.size) ||
       !processCrc(header, buffer, expectedCrc) ||
       !extractStrFromBuffer(buffer, offset, header.nameLength, name)) {
     return nullptr;
   }
 
-  auto meta = std::make_unique<Meta>(name);
-  meta->flags_ = header.flags;
+  std::unique_ptr<Meta> meta(new Meta(cloneOf(name), header.flags));
   for (uint32 i = 0; i < header.fieldsCount; ++i) {
     if (!meta->unpackField(buffer, offset, static_cast<uint8>(level))) {
       return nullptr;
     }
   }
-  // Once for all fields: refreshed after each, it would take quadratic time.
+  // Once for all fields: constants come after their fields have been added.
   meta->updateCrc();
   if (meta->crc() != header.crc) {
     pqpr("CRC mismatch");

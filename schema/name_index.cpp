@@ -13,10 +13,14 @@ bool bitOf(const char* name, size_t length, size_t bit) {
   return at < length && (static_cast<uint8>(name[at]) << bit % 8 & 0x80) != 0;
 }
 
-// The first bit in which two different names differ.
+constexpr size_t NONE = SIZE_MAX;
+
+// The first bit in which two names differ, or NONE.
 size_t criticalBit(const char* a, const char* b) {
   size_t at = 0;
-  while (a[at] == b[at]) ++at;
+  for (; a[at] == b[at]; ++at) {
+    if (a[at] == 0) return NONE;
+  }
   const auto differing = static_cast<uint8>(a[at] ^ b[at]);
   return 8 * at + static_cast<size_t>(std::countl_zero(differing));
 }
@@ -40,12 +44,13 @@ void* NameIndex::find(const char* name) const {
 }
 
 void NameIndex::insert(const char* name, void* element) {
+  constexpr size_t FIRST_STEP = 32;
+  if (entries.empty()) entries.reserve(FIRST_STEP);
   const size_t length = std::strlen(name);
   size_t bit = 0;
   if (!entries.empty()) {
-    const char* other = nearest(name, length).name;
-    if (std::strcmp(other, name) == 0) return;
-    bit = criticalBit(other, name);
+    bit = criticalBit(nearest(name, length).name, name);
+    if (bit == NONE) return;
   }
   entries.push_back({name, element, bit, {}});
   if (entries.size() != 1) linkLast(length);

@@ -1,5 +1,8 @@
 #include "schema/meta.h"
 
+#include <functional>
+#include <random>
+
 #include "tests/support/sample.h"
 
 using namespace Brindle;
@@ -31,6 +34,42 @@ TEST(Meta, ChecksumFollowsEveryChangeButSetFlag) {
   meta.deleteField("d");
   meta.deleteField("d");
   EXPECT_EQ(meta.crc(), jam(all));
+}
+
+// As if it were computed anew after every change, whatever went before.
+TEST(Meta, ChecksumIsContinuedOnlyOverWhatNobodyCanChange) {
+  std::minstd_rand random(1);
+  Meta meta;
+  std::string name;
+  auto inner = innerMeta();
+  auto value = std::make_shared<FieldValue>(uint8{1});
+  const std::function<void()> changes[] = {
+      [&] { meta.setFlag(MetaFlags(1 << random() % 8), true); },
+      [&] { inner->setFlags(MetaFlags(random() % 9)); },
+      [&] { *value = static_cast<uint8>(random() % 99); },
+      [&] { meta.deleteField(name.c_str()); },
+      [&] { meta = Meta(meta); },
+      [&] { Meta(std::move(meta)).setName(""); },
+      [&] {
+        MetaField* known = meta.field(name.c_str());
+        if (known != nullptr) known->flags = FieldFlags(random() % 9);
+      },
+      [&] {
+        meta.addField(name.c_str(), FieldFlags(1), FieldType::UINT8, {}, {},
+                      value);
+      },
+      [&] { meta.addField(name.c_str(), FieldType::DATA_MAP, 0, {}, inner); }};
+  for (int step = 0; step < 4000; ++step) {
+    if (step % 16 == 0) meta = Meta("m");
+    name = "f" + std::to_string(random() % 20);
+    if (random() % 3 == 0) changes[random() % std::size(changes)]();
+    const uint64 before = meta.fields().count;
+    meta.addField(name.c_str(), FieldType::ENUM, false, {{name.c_str(), 1}});
+    if (meta.fields().count == before) continue;
+    Meta anew(meta);
+    anew.setName(cloneOf(meta.name()));
+    ASSERT_EQ(meta.crc(), anew.crc()) << step;
+  }
 }
 
 TEST(Meta, KnownNamesOnlyGainNewEntriesAndBadFieldsNothing) {
