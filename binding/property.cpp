@@ -1,7 +1,5 @@
 #include "binding/property.h"
 
-#include <new>
-
 namespace brindle_napi {
 
 namespace {
@@ -68,12 +66,6 @@ size_t elementCount(const Napi::Value& value) {
   napi_get_typedarray_info(value.Env(), value, nullptr, &count, nullptr,
                            nullptr, nullptr);
   return count;
-}
-
-SafeString safeText(const std::string& text) {
-  SafeString safe(text.c_str());
-  if (!safe.wasLastOpSuccessful()) throw std::bad_alloc();
-  return safe;
 }
 
 }  // namespace brindle_napi

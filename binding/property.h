@@ -37,9 +37,11 @@ inline bool isTrue(const Napi::Value& value) {
 std::string textOf(const Napi::Value& value);
 // Any value as a string, by JavaScript's own conversion; false when it throws.
 bool convertToText(const Napi::Value& value, std::string& out);
-// A text as the core's string, which ends before the first zero byte. Throws
-// std::bad_alloc.
-SafeString safeText(const std::string& text);
+// A text as the core's string, which ends before the first zero byte; good as
+// long as the text, which it borrows.
+inline SafeString viewOf(std::string& text) {
+  return {text.data(), text.size() + 1};
+}
 
 // How many elements a typed array has; 0 for anything else.
 size_t elementCount(const Napi::Value& value);

@@ -51,9 +51,9 @@ bool readEnumOption(Napi::Env env, const SpecKeys& keys,
   if (!key.IsString() || !code.IsNumber()) return false;
   const double number = code.As<Napi::Number>().DoubleValue();
   if (!(number >= 0 && number <= 255)) return false;
-  const std::string text = textOf(key);
+  std::string text = textOf(key);
   if (!budget.takeValue(text.size())) return false;
-  entries.append({safeText(text), static_cast<uint8>(number)});
+  entries.append({viewOf(text), static_cast<uint8>(number)});
   return true;
 }
 
@@ -117,9 +117,9 @@ class SchemaBuilder {
   bool readHeader(const Napi::Object& blockSpec) {
     const Napi::Value name = readProperty(env, blockSpec, "metaName");
     if (!name.IsString()) return fail("BlockSpec.metaName must be a string");
-    const std::string text = textOf(name);
+    std::string text = textOf(name);
     if (!within(budget.takeValue(text.size()))) return false;
-    meta->setName(safeText(text));
+    meta->setName(viewOf(text));
     if (isTrue(readProperty(env, blockSpec, "hasCrc"))) {
       meta->setFlag(Brindle::MetaFlags::HAS_CRC, true);
     }
@@ -157,7 +157,7 @@ class SchemaBuilder {
     if (!name.IsString() || !type.IsString()) return fail(words.notStrings);
     head.text = textOf(name);
     if (!within(budget.takeValue(head.text.size()))) return false;
-    head.field.name = safeText(head.text);
+    head.field.name = viewOf(head.text);
     if (!parseFieldType(textOf(type), head.field.type)) {
       return fail(words.unknownType + textOf(type), UNKNOWN_FIELD_TYPE);
     }

@@ -8,6 +8,7 @@
 
 #include "binding/number_arrays.h"
 #include "binding/property.h"
+#include "binding/record_filler.h"
 
 namespace brindle_napi {
 
@@ -83,10 +84,10 @@ bool convert(const Napi::Value& value, const Context&, float& out) {
 bool convert(const Napi::Value& value, const Context& context,
              SafeString& out) {
   if (!value.IsString()) return false;
-  const std::string text = textOf(value);
+  std::string text = textOf(value);
   // The rest, behind a zero byte, is not kept.
   if (!context.budget.takeValue(std::strlen(text.c_str()))) return false;
-  out = safeText(text);
+  out = cloneOf(viewOf(text));
   return true;
 }
 
@@ -171,12 +172,12 @@ bool convertArray(Napi::Env env, const Napi::Value& value,
 }
 
 bool convertEntry(Napi::Env env, const Napi::Object& object,
-                  const Napi::Value& key, const Meta& meta, DataMap& map,
+                  const Napi::Value& key, RecordFiller& filler,
                   WorkBudget& budget) {
-  const std::string text = textOf(key);
+  std::string text = textOf(key);
   if (!budget.takeName(text.size())) return false;
   if (!key.IsString()) return true;
-  const Brindle::MetaField* field = meta.field(safeText(text));
+  const Brindle::MetaField* field = filler.find(viewOf(text));
   if (field == nullptr || field->isMeta()) return true;
   const Napi::Value value = readProperty(env, object, key);
   if (isAbsent(value)) return true;
@@ -185,7 +186,7 @@ bool convertEntry(Napi::Env env, const Napi::Object& object,
                         field->meta.get(), budget)) {
     return false;
   }
-  if (!map.insert_or_assign(field->name, converted)) throw std::bad_alloc();
+  if (!filler.put(*field, converted)) throw std::bad_alloc();
   return true;
 }
 
@@ -225,8 +226,9 @@ bool napiObjectToDataMap(Napi::Env env, const Napi::Object& object,
     clearPending(env);
     return false;
   }
+  RecordFiller filler(meta, map);
   return forEachElement(env, {env, names}, [&](const Napi::Value& key) {
-    return convertEntry(env, object, key, meta, map, budget);
+    return convertEntry(env, object, key, filler, budget);
   });
 }
 

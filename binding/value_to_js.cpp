@@ -6,6 +6,7 @@
 #include "binding/number_arrays.h"
 #include "binding/object_writer.h"
 #include "binding/property.h"
+#include "schema/field_finder.h"
 
 namespace brindle_napi {
 
@@ -117,8 +118,9 @@ napi_value convertArray(const Converter& convert, const FieldValue& value) {
 Napi::Object dataMapToObject(const Engine& engine, const Meta& meta,
                              const DataMap& record) {
   ObjectWriter object(engine.env);
+  Brindle::FieldFinder fields(meta);
   object.addEach(record.data(), [&](const DataMap::Entry& entry) {
-    const MetaField* field = meta.field(entry.name);
+    const MetaField* field = fields.find(entry.name);
     if (field == nullptr) return;
     object.add(entry.name,
                fieldValueToNapi(engine, entry.value, field->type,

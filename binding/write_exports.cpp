@@ -6,6 +6,7 @@
 #include "binding/guard.h"
 #include "binding/limits.h"
 #include "binding/property.h"
+#include "binding/record_filler.h"
 #include "binding/schema_builder.h"
 #include "binding/to_js.h"
 #include "binding/to_native.h"
@@ -33,11 +34,17 @@ struct DraftWords {
 // The record of a block, as it is put together and written behind the schema.
 class BlockDraft {
  public:
-  BlockDraft(const Meta& blockMeta, const DraftWords& draftWords)
-      : meta(blockMeta), words(draftWords) {}
+  BlockDraft(const Meta& blockMeta, const DraftWords& draftWords,
+             DataMap initial = {})
+      : meta(blockMeta),
+        words(draftWords),
+        record(std::move(initial)),
+        filler(meta, record) {}
+  BlockDraft(const BlockDraft&) = delete;
+  BlockDraft& operator=(const BlockDraft&) = delete;
 
-  const MetaField* field(const std::string& name) const {
-    return meta.field(safeText(name));
+  const MetaField* field(std::string& name) {
+    return filler.find(viewOf(name));
   }
 
   // Converts one value and stores it under the field's name; `text` is that
@@ -50,7 +57,7 @@ class BlockDraft {
       if (budget.spent()) return tooLarge();
       return {INVALID_ARGUMENT, "value type mismatch for field '" + text + "'"};
     }
-    if (record.insert_or_assign(field.name, converted)) return {};
+    if (filler.put(field, converted)) return {};
     return {INTERNAL, words.insertFailed + ("'" + text + "'")};
   }
 
@@ -74,12 +81,15 @@ class BlockDraft {
 
   Refusal tooLarge() const { return {BLOCK_TOO_LARGE, words.tooLarge}; }
 
-  DataMap record;
+  bool isEmpty() const { return record.empty(); }
+
   WorkBudget budget;
 
  private:
   const Meta& meta;
   const DraftWords& words;
+  DataMap record;
+  RecordFiller filler;
 };
 
 // The value, if any, of one element of BlockSpec.fields.
@@ -168,7 +178,7 @@ Napi::Value ownNames(Napi::Env env, const Napi::Value& object) {
 
 Refusal applyEdit(Napi::Env env, const Napi::Value& values,
                   const Napi::Value& key, BlockDraft& draft) {
-  const std::string text = textOf(key);
+  std::string text = textOf(key);
   const MetaField* field = draft.field(text);
   if (!key.IsString() || field == nullptr || field->isMeta()) return {};
   const Napi::Value value = readProperty(env, values, napi_value(key));
@@ -203,11 +213,10 @@ Refusal repack(Napi::Env env, const Napi::Value& rawBytes,
   }
   Block block;
   if (!readBlock(bytes, block)) return unpackFailed();
-  BlockDraft draft(*block.meta, WORDS);
-  draft.record = std::move(block.record);
+  BlockDraft draft(*block.meta, WORDS, std::move(block.record));
   if (Refusal refusal = applyEdits(env, values, draft)) return refusal;
   // Always without a trailer, whatever the flags say.
-  const bool hasPayload = block.hasPayload || !draft.record.empty();
+  const bool hasPayload = block.hasPayload || !draft.isEmpty();
   return draft.finish(block.meta->pack(0), hasPayload, out);
 }
 

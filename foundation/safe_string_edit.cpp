@@ -123,7 +123,8 @@ SafeString& SafeString::firstWordToUpper() {
 }
 
 bool SafeString::isEqual(const char* text) const {
-  return begin != nullptr && text != nullptr && std::strcmp(begin, text) == 0;
+  return begin != nullptr && text != nullptr &&
+         (begin == text || std::strcmp(begin, text) == 0);
 }
 
 std::partial_ordering SafeString::operator<=>(const char* text) const {
