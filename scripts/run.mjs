@@ -87,9 +87,9 @@ function coverage() {
 }
 
 const cppFiles = () =>
-  ['foundation', 'schema', 'serialization', 'binding', 'tests', 'fuzz'].flatMap(
-    (folder) => readdirSync(join(root, folder), { recursive: true })
-      .filter((name) => /\.(h|cpp)$/.test(name))
+  ['foundation', 'schema', 'serialization', 'binding', 'tests', 'fuzz', 'bench']
+    .flatMap((folder) => readdirSync(join(root, folder), { recursive: true })
+      .filter((name) => /^(?!node_modules).*\.(h|cpp)$/.test(name))
       .map((name) => join(folder, name)));
 
 function format() {

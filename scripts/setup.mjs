@@ -50,6 +50,8 @@ const debianPackages = {
   'ninja-build': () => onPath('ninja'),
   'g++': () => onPath('g++'),
   'libgtest-dev': () => existsSync('/usr/include/gtest/gtest.h'),
+  'libbenchmark-dev': () => existsSync('/usr/include/benchmark/benchmark.h'),
+  valgrind: () => onPath('valgrind'),
   clang: () => onPath('clang++'),
   'libclang-rt-dev': hasFuzzerLibraries,
   llvm: () => onPath('llvm-symbolizer') && onPath('llvm-cov'),
