@@ -3,6 +3,7 @@
 import { readdirSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { join } from 'node:path';
+import { bench } from './bench.mjs';
 import { fuzz } from './fuzz.mjs';
 import { measureCoverage } from './coverage.mjs';
 import { mutate } from './mutate.mjs';
@@ -115,7 +116,7 @@ function lint() {
 
 const tasks = {
   build: buildModule, demo, test, asan, fuzz, 'fuzz:js': fuzzJs, bounds, soak,
-  coverage, mutate, lint, format,
+  coverage, mutate, bench, lint, format,
 };
 
 const task = tasks[process.argv[2]];

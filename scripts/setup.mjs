@@ -80,21 +80,22 @@ export function needDebianPackages(...names) {
 const readJson = (file) => JSON.parse(readFileSync(join(root, file), 'utf8'));
 
 // npm keeps its own record of what lies in node_modules.
-function npmPackagesMatchLock() {
-  const record = 'node_modules/.package-lock.json';
+function npmPackagesMatchLock(folder) {
+  const record = join(folder, 'node_modules/.package-lock.json');
   if (!existsSync(join(root, record))) return false;
   const installed = readJson(record).packages;
-  return Object.entries(readJson('package-lock.json').packages).every(
+  return Object.entries(readJson(join(folder, 'package-lock.json')).packages).every(
     ([path, { version, optional }]) =>
       path === '' || optional || installed[path]?.version === version);
 }
 
-export function needNpmPackages() {
-  if (npmPackagesMatchLock()) return;
+// Those of a folder that has a package of its own.
+export function needNpmPackages(folder = '.') {
+  if (npmPackagesMatchLock(folder)) return;
   console.log('brindle: installing the npm packages');
   // The "prepare" script would start the build that waits for this step.
-  runQuietly('npm',
-    ['ci', '--ignore-scripts', '--include=dev', '--no-audit', '--no-fund']);
+  runQuietly('npm', ['ci', '--prefix', folder, '--ignore-scripts',
+    '--include=dev', '--no-audit', '--no-fund']);
 }
 
 // Stands for what a build folder depends on without its build system noticing:

@@ -37,15 +37,16 @@ class Recorder {
   }
 
   void recordObject(napi_value description, uint32_t key) {
+    // Asked first, as arrays inherit something called entries.
+    if (get<bool>(env, napi_is_array, description)) {
+      return recordMembers(description, Take::MEMBERS, key);
+    }
     if (has(description, "numbers")) return add(Take::NUMBERS, key);
     if (has(description, "entries")) {
       return recordMembers(named(env, description, "entries"), Take::ENTRIES,
                            key);
     }
-    if (has(description, "elements")) {
-      return recordElements(named(env, description, "elements"), key);
-    }
-    recordMembers(description, Take::MEMBERS, key);
+    recordElements(named(env, description, "elements"), key);
   }
 
   void recordMembers(napi_value members, Take take, uint32_t key) {

@@ -1,0 +1,10 @@
+import { Packr } from 'msgpackr';
+
+const packr = new Packr({ useRecords: false, int64AsType: 'bigint' });
+
+export const msgpackr = {
+  name: 'msgpackr',
+  bigints: true,
+  encode: (information) => packr.pack(information),
+  decode: (message) => packr.unpack(message),
+};
