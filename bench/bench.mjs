@@ -2,8 +2,9 @@
 import { writeFileSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { parseArgs } from 'node:util';
+import { buildBlock, specs } from './block_jobs.mjs';
 import { countedGoals, timedGoals } from './goals.mjs';
-import { buildBlock, jobs, specs } from './jobs.mjs';
+import { jobs } from './jobs.mjs';
 import { percent, ratio, table, time } from './table.mjs';
 import { race } from './timing.mjs';
 

@@ -1,154 +1,18 @@
-// The jobs: for each a set of functions that do the same, to be timed against
-// each other. What they answer is compared here, before anything is timed.
+// All jobs: those on one block, on a blob and on bytes.
 import assert from 'node:assert/strict';
 import { createHash } from 'node:crypto';
 import zlib from 'node:zlib';
 import * as brindle from '../lib/index.mjs';
-import { contenders } from './contenders/all.mjs';
-import { buildFloors, parseFloors } from './floor.mjs';
 import {
-  assertHolds, assertSame, informationOf, withoutBigInts,
-} from './information.mjs';
+  ADDON, blockJobs, buildBlock, checkedParseFloors, forEachOf, messagesOf, valueOf,
+} from './block_jobs.mjs';
 import * as workloads from './workloads.mjs';
 
-export const ADDON = 'brindle';
-
-const EDITS = {
-  typical: {
-    location: 'roof', fanSpeedRpm: 3100, enabled: false, state: 4,
-    calibration: [0.5, 0.25],
-  },
-  'fields100': {
-    register0000: 1, register0010: 2, register0020: 3, register0030: 4,
-    register0040: 5,
-  },
-};
-
-export const specs = {
-  typical: workloads.typical(),
-  small: workloads.small(),
-  fields25: workloads.manyFields(25),
-  fields100: workloads.manyFields(100),
-  arrays: workloads.largeArrays(),
-};
-
-function valueOf(result) {
-  assert.ok(result.ok, result.error?.message);
-  return result.value;
-}
-export const buildBlock = (spec) => valueOf(brindle.buildBlock(spec));
-
-// One function for each contender, by name.
-const forEachOf = (list, makeWork) =>
-  Object.fromEntries(list.map((entry) => [entry.contender.name, makeWork(entry)]));
-
-// What each contender has instead of a block that says `parsed`.
-function messagesOf(parsed) {
-  return contenders.map((contender) => {
-    const information = contender.bigints
-      ? informationOf(parsed) : withoutBigInts(informationOf(parsed));
-    const message = contender.encode(information);
-    assertSame(contender.decode(message), information, contender.name);
-    return { contender, information, message };
-  });
-}
-
-function parseJob(block, messages) {
-  const result = brindle.parseMetaBlock(block);
-  const floors = parseFloors(result);
-  for (const [name, work] of Object.entries(floors)) {
-    assert.deepEqual(work(), result, name);
-  }
-  return {
-    [ADDON]: () => brindle.parseMetaBlock(block),
-    ...floors,
-    ...forEachOf(messages,
-      ({ contender, message }) => () => contender.decode(message)),
-  };
-}
-
-// Which properties `build` reads of a BlockSpec, sorted: whether a value is
-// converted before or after the next one is read makes no difference here.
-function readsOf(spec, build) {
-  const reads = [];
-  const watch = (value) => {
-    if (Array.isArray(value)) return value.map(watch);
-    if (value === null || typeof value !== 'object') return value;
-    return new Proxy(value, { get(target, key) {
-      reads.push(key);
-      return watch(target[key]);
-    } });
-  };
-  build(watch(spec));
-  return reads.sort();
-}
-
-function buildJob(spec, block, messages) {
-  const floors = buildFloors(spec, block.length);
-  const reads = readsOf(spec, brindle.buildBlock);
-  for (const [name, work] of Object.entries(floors)) {
-    assert.deepEqual(readsOf(spec, work), reads, name);
-    assert.equal(valueOf(work()).length, block.length);
-  }
-  return {
-    [ADDON]: () => brindle.buildBlock(spec),
-    ...floors,
-    ...forEachOf(messages,
-      ({ contender, information }) => () => contender.encode(information)),
-  };
-}
-
-// The others have no way to check a message but to decode it.
-function validateJob(block, messages) {
-  assert.equal(valueOf(brindle.validateBlock(block)).size, block.length);
-  return {
-    [ADDON]: () => brindle.validateBlock(block),
-    ...forEachOf(messages,
-      ({ contender, message }) => () => contender.decode(message)),
-  };
-}
-
-function editJob(block, messages, values) {
-  const edit = () => brindle.packMetaBlock({ rawBytes: block, values });
-  const editMessage = ({ contender, message }) => () => {
-    const information = contender.decode(message);
-    Object.assign(information.values, values);
-    return contender.encode(information);
-  };
-  const wanted = { ...valueOf(brindle.parseMetaBlock(block)).values, ...values };
-  const edited = valueOf(brindle.parseMetaBlock(valueOf(edit())));
-  assert.deepEqual(edited.values, wanted);
-  for (const entry of messages) {
-    const { contender } = entry;
-    const information = contender.decode(editMessage(entry)());
-    assertSame(information.values,
-      contender.bigints ? wanted : withoutBigInts(wanted), contender.name);
-  }
-  return { [ADDON]: edit, ...forEachOf(messages, editMessage) };
-}
-
-// The jobs on one block.
-function blockJobs(workload) {
-  const spec = specs[workload];
-  const block = buildBlock(spec);
-  const parsed = valueOf(brindle.parseMetaBlock(block));
-  assertHolds(parsed, spec);
-  const messages = messagesOf(parsed);
-  const edits = EDITS[workload];
-  return {
-    parse: () => parseJob(block, messages),
-    build: () => buildJob(spec, block, messages),
-    ...edits && { edit: () => editJob(block, messages, edits) },
-    validate: () => validateJob(block, messages),
-  };
-}
-
 function parseBlobJob(blob, messages) {
-  const result = brindle.parseConfigBlob(blob);
   return {
     [ADDON]: () => brindle.parseConfigBlob(blob),
-    ...parseFloors(result),
-    ...forEachOf(messages[0], ({ contender }, index) => {
+    ...checkedParseFloors(brindle.parseConfigBlob(blob)),
+    ...forEachOf(messages[0], ({ contender }) => {
       const own = messages.map((all) =>
         all.find((entry) => entry.contender === contender).message);
       return () => own.map(contender.decode);
@@ -184,8 +48,8 @@ function blobJobs() {
   const messages = valueOf(brindle.parseConfigBlob(blob)).map(messagesOf);
   const texts = messages.map(([{ message }]) => message);
   return {
-    'parse': () => parseBlobJob(blob, messages),
-    'hash': () => hashBlobJob(blob, texts),
+    parse: () => parseBlobJob(blob, messages),
+    hash: () => hashBlobJob(blob, texts),
   };
 }
 
@@ -204,8 +68,7 @@ const checksumJobs = () => ({
   '1 MiB': () => crc32Job(1 << 20),
 });
 
-// By workload a function that prepares its jobs; each of these is a function
-// that gives what is to be timed.
+// By workload a function that prepares its jobs (see blockJobs).
 export const jobs = {
   typical: () => blockJobs('typical'),
   small: () => blockJobs('small'),

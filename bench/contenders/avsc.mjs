@@ -20,9 +20,9 @@ const bigintType = (wrap) => avsc.types.LongType.__with({
   isValid: (value) => typeof value === 'bigint',
   compare: (a, b) => Number(a > b) - Number(a < b),
 });
-const registry = () => ({
+const BIGINTS = {
   int64: bigintType(BigInt.asIntN), uint64: bigintType(BigInt.asUintN),
-});
+};
 
 const record = (name, fields) => ({ type: 'record', name, fields });
 
@@ -45,7 +45,7 @@ function schemaOf({ uuid, instance, meta }) {
 }
 
 const typeOf = (schema) => avsc.Type.forSchema(schema,
-  { registry: registry(), omitRecordMethods: true });
+  { registry: { ...BIGINTS }, omitRecordMethods: true });
 
 function encode(information) {
   const schema = schemaOf(information);
