@@ -21,6 +21,7 @@ inline bool multipliesCarryless() { return __builtin_cpu_supports("pclmul"); }
 bool multipliesCarryless();
 #endif
 
+bool hasSha256();  // has instructions for SHA-256
 #ifdef BRINDLE_ARM_TARGET
 bool hasCrc32();  // has instructions for the CRC-32 of 0x04C11DB7
 #endif

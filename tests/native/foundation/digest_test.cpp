@@ -1,6 +1,9 @@
+#include "foundation/processor.h"
 #include "foundation/sha256.h"
+#include "foundation/sha256_blocks.h"
 #include "foundation/uuid.h"
 #include "tests/support/bytes.h"
+#include "tests/support/guarded.h"
 
 // Messages of 0 to 130 bytes, 00 01 02 and so on. The digest of all their
 // digests was computed with Python's hashlib.
@@ -21,6 +24,20 @@ TEST(Sha256, PadsEveryLengthAndIgnoresWhatComesTooEarlyOrLate) {
       "E5BBBECD60C3632A3455F465BFD8B079C30EF608D2BCC34227F4E5573029020E");
   all.init();
   EXPECT_TRUE(all == Sha256("", 0));
+}
+
+// Blocks that end, one time in sixteen, where memory can no longer be read.
+TEST(Sha256, TakesBlocksTheSameWayByInstructionsAndByDefinition) {
+  if (!gs::hasSha256()) GTEST_SKIP() << "no such instructions";
+  const GuardedBytes memory;
+  gs::Sha256Words slow = {0x80000000, 1, 2, 3, 4, 5, 6, 0xFFFFFFFF};
+  gs::Sha256Words fast = slow;
+  for (size_t n = 0; n < 100; ++n) {
+    const uint8* data = memory.end() - 64 * n - n % 16;
+    gs::sha256ByDefinition(slow, data, n);
+    gs::sha256ByInstructions(fast, data, n);
+    EXPECT_EQ(fast, slow) << n << " blocks";
+  }
 }
 
 TEST(Uuid, ParsesItsTextFormAsFarAsItIsGood) {
