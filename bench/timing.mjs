@@ -41,6 +41,7 @@ const summarize = ({ name, samples }, _, [first]) => ({
 // microseconds. Rounds that take long are fewer: `limitMs` bounds the whole, but
 // never below 5.
 export function race(works, { rounds, sliceMs, limitMs }) {
+  globalThis.gc();  // what earlier jobs left would make collections dearer
   const lanes = Object.entries(works).map(([name, work]) =>
     ({ name, work, times: calibrate(work, sliceMs), samples: [] }));
   const runRound = (round) => {

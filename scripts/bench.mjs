@@ -9,5 +9,5 @@ export function bench(...args) {
   needNpmPackages('bench');
   build('release', 'Release');
   build('bench');
-  run(process.execPath, ['bench/bench.mjs', ...args]);
+  run(process.execPath, ['--expose-gc', 'bench/bench.mjs', ...args]);
 }
