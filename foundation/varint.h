@@ -7,6 +7,7 @@
 class Varint {
  public:
   static constexpr size_t LONGEST = 10;
+  static constexpr uint8 MORE = 0x80;  // what the bytes before the last carry
 
   // The encoding of `value`; never empty.
   static gs::container<uint8> encode(uint64 value);
@@ -26,25 +27,9 @@ class Varint {
   // `consumed` (may be null): 0 only for an empty range. Reports no errors:
   // input cut off by `end` gives the bits seen so far, a tenth byte that asks
   // for another gives 0, and of a tenth byte only the lowest bit counts.
-  static uint64 decode(const uint8* begin, const uint8* end, size_t* consumed) {
-    const size_t available = static_cast<size_t>(end - begin);
-    const size_t longest = available < LONGEST ? available : LONGEST;
-    uint64 value = 0;
-    size_t used = 0;
-    bool more = true;
-    for (unsigned shift = 0; more && used < longest; shift += 7) {
-      const uint8 byte = begin[used++];
-      value |= static_cast<uint64>(byte & 0x7F) << shift;
-      more = (byte & MORE) != 0;
-    }
-    if (consumed != nullptr) *consumed = used;
-    return more && used == LONGEST ? 0 : value;
-  }
+  static uint64 decode(const uint8* begin, const uint8* end, size_t* consumed);
   // The same from the first byte of `buf`.
   static uint64 decode(const gs::ConstBuf& buf, size_t* consumed) {
     return decode(buf.data, buf.data + buf.size, consumed);
   }
-
- private:
-  static constexpr uint8 MORE = 0x80;
 };

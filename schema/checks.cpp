@@ -6,8 +6,7 @@
 
 namespace Brindle {
 
-bool checkNesting(unsigned level) {
-  if (level <= MAX_NESTING) return true;
+bool nestingTooDeep() {
   pqpr("Recursion limit reached");
   return false;
 }

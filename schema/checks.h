@@ -14,7 +14,10 @@ class Meta;
 // records, the top one being 0.
 constexpr unsigned MAX_NESTING = 5;
 
-bool checkNesting(unsigned level);
+bool nestingTooDeep();  // prints the line of checkNesting; false
+inline bool checkNesting(unsigned level) {
+  return level <= MAX_NESTING || nestingTooDeep();
+}
 bool checkHasMeta(const std::shared_ptr<Meta>& meta);
 bool checkSize(const gs::ConstBuf& buf, size_t minimum);
 // Compares the CRC-16 of the first n bytes. REQUIRES: n <= buf.size.

@@ -23,8 +23,8 @@ bool DataMap::insert_or_assign(const Name& name, const FieldValue& value) {
   return true;
 }
 
-bool DataMap::emplace(const Name& name, const FieldValue& value) {
-  return entries.append({name, value}) != nullptr;
+bool DataMap::emplace(const Name& name, FieldValue value) {
+  return entries.append({name, std::move(value)}) != nullptr;
 }
 
 DataMap::iterator DataMap::find(const SafeString& name) {

@@ -34,7 +34,7 @@ class DataMap {
   // Name of another text throws std::bad_alloc.
   bool insert_or_assign(const Name& name, const FieldValue& value);
   // Appends, whether the name exists or not. False as above.
-  bool emplace(const Name& name, const FieldValue& value);
+  bool emplace(const Name& name, FieldValue value);
 
   // The first entry of that name, or end().
   iterator find(const SafeString& name);

@@ -1,5 +1,6 @@
 // Reads data packets. The layout stands in serializer.h.
 
+#include <algorithm>
 #include <new>
 
 #include "foundation/diagnostics.h"
@@ -65,25 +66,47 @@ bool checkTrailer(const gs::ConstBuf& packet, const Extent& extent,
   return checkCrc16(packet, extent.total, stored);
 }
 
-bool readEntry(const Meta& meta, const gs::ConstBuf& packet, size_t& offset,
+// Finds fields by index, of several with the same the first, as a walk from the
+// head would; as long as the indexes asked for rise, it goes on where it was.
+class FieldFinder {
+ public:
+  explicit FieldFinder(const Meta& meta) : fields(meta.fields()) {}
+
+  const MetaField* find(uint16 index) {
+    if (at == nullptr || index <= highest) {
+      at = fields.head;
+      highest = 0;
+    }
+    for (; at != nullptr; at = at->next) {
+      highest = std::max(highest, at->value.index);
+      if (at->value.index == index) return &at->value;
+    }
+    return nullptr;
+  }
+
+ private:
+  const gs::LinkedList<MetaField>& fields;
+  const gs::LinkedList<MetaField>::Node* at = nullptr;
+  uint16 highest = 0;  // of the fields up to this one
+};
+
+bool readEntry(FieldFinder& fields, const gs::ConstBuf& packet, size_t& offset,
                uint8 depth, DataMap& record) {
   uint64 decoded = 0;
   extractVarint(packet, offset, decoded);
   const auto id = static_cast<uint16>(decoded);
-  const auto* found = meta.fields().find(
-      [&](const MetaField& field) { return field.index == id; });
-  if (found == nullptr) {
+  const MetaField* field = fields.find(id);
+  if (field == nullptr) {
     pqpr("Wrong field ID: %d", int{id});
     return false;
   }
-  const MetaField& field = found->value;
   FieldValue value;
-  if (!Serializer::deserializeField(field, packet, offset, value, depth)) {
-    pqpr("Failed to deserialize field (%s)", field.name.c_str());
+  if (!Serializer::deserializeField(*field, packet, offset, value, depth)) {
+    pqpr("Failed to deserialize field (%s)", field->name.c_str());
     return false;
   }
-  if (!record.emplace(field.name, value)) {
-    pqpr("Failed to emplace field (%s)", field.name.c_str());
+  if (!record.emplace(field->name, std::move(value))) {
+    pqpr("Failed to emplace field (%s)", field->name.c_str());
     throw std::bad_alloc();
   }
   return true;
@@ -109,9 +132,10 @@ DataMap Serializer::deserializeOrThrow(const Meta& meta,
     return {};
   }
   DataMap record;
+  FieldFinder fields(meta);
   // A value may reach past the extent: nothing tells its length but its type.
   for (size_t offset = extent.bodyOffset; offset < extent.total;) {
-    if (!readEntry(meta, packet, offset, depth, record)) return {};
+    if (!readEntry(fields, packet, offset, depth, record)) return {};
   }
   if (record.empty()) {
     pqpr("deserialize: No data available (%s)", meta.name().c_str());

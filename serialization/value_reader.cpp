@@ -17,7 +17,8 @@ namespace {
 template <class T>
 constexpr uint64 LEAST_SIZE = std::same_as<T, DataMap> ? 6 : 1;
 
-// Reads `count` elements with read(element); null when one of them fails.
+// Reads `count` elements with read(offset, element); null when one of them
+// fails.
 template <class T, class Read>
 ArrayOf<T> readElements(const gs::ConstBuf& buf, size_t& offset, uint64 count,
                         Read read) {
@@ -25,11 +26,16 @@ ArrayOf<T> readElements(const gs::ConstBuf& buf, size_t& offset, uint64 count,
   // A larger count than fits must fail; it does so at the element that is
   // missing.
   array->reserve(std::min(count, (buf.size - offset) / LEAST_SIZE<T>));
+  size_t at = offset;  // a copy, which no element can alias
   for (uint64 i = 0; i < count; ++i) {
     T element{};
-    if (!read(element)) return nullptr;
+    if (!read(at, element)) {
+      array = nullptr;
+      break;
+    }
     array->emplace(std::move(element));
   }
+  offset = at;
   return array;
 }
 
@@ -89,8 +95,10 @@ struct ValueReader {
     } else {
       uint64 count = 0;
       if (!extractVarint(buf, offset, count) || count == 0) return nullptr;
-      return readElements<T>(buf, offset, count,
-                             [this](T& element) { return read(element); });
+      return readElements<T>(
+          buf, offset, count, [this](size_t& at, T& element) {
+            return ValueReader{field, buf, at, depth}.read(element);
+          });
     }
   }
 
@@ -174,8 +182,8 @@ ArrayOf<T> Serializer::deserializeUIntArray(const gs::ConstBuf& buf,
                                             size_t& offset) {
   uint64 count = 0;
   if (!extractVarint(buf, offset, count)) return nullptr;
-  return readElements<T>(buf, offset, count, [&](T& element) {
-    return deserializeUInt(buf, offset, element);
+  return readElements<T>(buf, offset, count, [&](size_t& at, T& element) {
+    return deserializeUInt(buf, at, element);
   });
 }
 
@@ -184,8 +192,8 @@ ArrayOf<T> Serializer::deserializeIntArray(const gs::ConstBuf& buf,
                                            size_t& offset) {
   uint64 count = 0;
   if (!extractVarint(buf, offset, count)) return nullptr;
-  return readElements<T>(buf, offset, count, [&](T& element) {
-    return deserializeInt(buf, offset, element);
+  return readElements<T>(buf, offset, count, [&](size_t& at, T& element) {
+    return deserializeInt(buf, at, element);
   });
 }
 

@@ -16,8 +16,18 @@ inline bool appendVarint(gs::container<uint8>& out, uint64 value) {
 // are. REQUIRES: offset <= buf.size.
 inline bool extractVarint(const gs::ConstBuf& buf, size_t& offset,
                           uint64& value) {
+  // Most take one byte or two.
+  const gs::ConstBuf rest = buf.from(offset);
   size_t consumed = 0;
-  value = Varint::decode(buf.from(offset), &consumed);
+  if (rest.size >= 1 && rest.data[0] < Varint::MORE) {
+    consumed = 1;
+    value = rest.data[0];
+  } else if (rest.size >= 2 && rest.data[1] < Varint::MORE) {
+    consumed = 2;
+    value = (rest.data[0] & 0x7FU) | unsigned{rest.data[1]} << 7;
+  } else {
+    value = Varint::decode(rest, &consumed);
+  }
   offset += consumed;
   return consumed != 0;
 }
