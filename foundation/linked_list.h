@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -8,7 +10,8 @@
 namespace gs {
 
 // A doubly linked list that owns its nodes and keeps insertion order: elements
-// are appended at the tail, searched from the head, destroyed head first.
+// are appended at the tail, searched from the head, destroyed head first. Nodes
+// stay where they are until they are removed.
 template <class T>
 struct LinkedList {
   struct Node {
@@ -44,13 +47,30 @@ struct LinkedList {
     std::swap(head, other.head);
     std::swap(tail, other.tail);
     std::swap(count, other.count);
+    std::swap(room, other.room);
+    std::swap(roomEnd, other.roomEnd);
+    std::swap(roomLeft, other.roomLeft);
+  }
+
+  // Allocates memory for the next n nodes at once, which is given back with the
+  // list. False if there is none.
+  // REQUIRES: it is the first time; takeFirst() takes none of these nodes.
+  bool reserve(uint64 n) noexcept {
+    if (n == 0) return true;
+    room = static_cast<Node*>(::operator new(n * sizeof(Node), std::nothrow));
+    roomLeft = room;
+    roomEnd = room == nullptr ? nullptr : room + n;
+    return room != nullptr;
   }
 
   // Moves `value` into a new node at the tail. Null, with the list unchanged,
   // when there is no memory for the node.
   T* append(T&& value) {
-    Node* node = new (std::nothrow) Node{std::move(value), nullptr, tail};
-    if (node == nullptr) return nullptr;
+    void* memory = roomLeft != roomEnd
+                       ? roomLeft++
+                       : ::operator new(sizeof(Node), std::nothrow);
+    if (memory == nullptr) return nullptr;
+    Node* node = ::new (memory) Node{std::move(value), nullptr, tail};
     (tail == nullptr ? head : tail->next) = node;
     tail = node;
     ++count;
@@ -62,7 +82,8 @@ struct LinkedList {
     (node->prev == nullptr ? head : node->prev->next) = node->next;
     (node->next == nullptr ? tail : node->next->prev) = node->prev;
     --count;
-    delete node;
+    std::destroy_at(node);
+    if (!isReserved(node)) ::operator delete(node);
   }
 
   // Moves the first node of `other`, which has one, to the tail of this list.
@@ -80,6 +101,8 @@ struct LinkedList {
 
   void clear() {
     while (head != nullptr) remove(head);
+    ::operator delete(room);
+    room = roomLeft = roomEnd = nullptr;
   }
 
   // The first node whose value satisfies `test`, or null.
@@ -107,6 +130,16 @@ struct LinkedList {
   Iterator<T> end() { return {nullptr}; }
   Iterator<const T> begin() const { return {head}; }
   Iterator<const T> end() const { return {nullptr}; }
+
+ private:
+  bool isReserved(const Node* node) const {
+    return !std::less<>()(node, room) && std::less<>()(node, roomEnd);
+  }
+
+  // What reserve() allocated: the first of it that is free, and its end.
+  Node* room = nullptr;
+  Node* roomLeft = nullptr;
+  Node* roomEnd = nullptr;
 };
 
 }  // namespace gs

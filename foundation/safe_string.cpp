@@ -64,6 +64,16 @@ SafeString SafeString::view(const char* text, size_t length) {
   return made;
 }
 
+SafeString SafeString::copyOf(const gs::ConstBuf& bytes) {
+  SafeString made;
+  made.begin = static_cast<char*>(std::malloc(bytes.size + 1));
+  if (made.begin == nullptr) return std::move(made.done(false));
+  if (bytes.size != 0) std::memcpy(made.begin, bytes.data, bytes.size);
+  made.last = made.begin + bytes.size;
+  made.setLength(bytes.size);
+  return made;
+}
+
 SafeString& SafeString::operator=(const SafeString& other) {
   if (this == &other) return done(true);
   return setBytes(other.begin, other.length());
@@ -236,9 +246,8 @@ bool SafeString::holds(const char* text) const {
 }
 
 SafeString cloneOf(const gs::ConstBuf& bytes) {
-  SafeString text(bytes.size + 1, true);
+  SafeString text = SafeString::copyOf(bytes);
   if (!text.wasLastOpSuccessful()) throw std::bad_alloc();
-  text.setBytes(bytes.data, bytes.size);
   return text;
 }
 

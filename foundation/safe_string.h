@@ -51,6 +51,10 @@ class SafeString {
   // belong to the caller. Copies of it are owned and may grow.
   static SafeString view(const char* text, size_t length);
 
+  // An owned copy of the bytes, growable, of the least capacity.
+  // REQUIRES: size < SIZE_MAX.
+  static SafeString copyOf(const gs::ConstBuf& bytes);
+
   // Takes over the other's buffer, whether it may grow, and its last outcome.
   // A buffer that was borrowed is no longer written to.
   SafeString& operator=(SafeString&& other) noexcept;

@@ -121,14 +121,15 @@ class Meta {
   static bool extractStrFromBuffer(const gs::ConstBuf& buffer, size_t& offset,
                                    uint32 length, gs::ConstBuf& out);
   static bool processEnumField(const gs::ConstBuf& buffer, size_t& offset,
-                               EnumMapping& out);
+                               NamePool& names, EnumMapping& out);
   static bool processDataMapField(const gs::ConstBuf& buffer, size_t& offset,
                                   uint8 depth, std::shared_ptr<Meta>& out);
   static bool processFieldValue(MetaField& field, const gs::ConstBuf& buffer,
                                 size_t& offset, uint8 depth);
   static bool unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
-                               uint8 level, MetaField& out);
-  bool unpackField(const gs::ConstBuf& buffer, size_t& offset, uint8 level);
+                               uint8 level, NamePool& names, MetaField& out);
+  bool unpackField(const gs::ConstBuf& buffer, size_t& offset, uint8 level,
+                   NamePool& names);
 
   SafeString name_;
   uint32 crc_ = 0;

@@ -82,7 +82,11 @@ gs::container<uint8> Meta::pack(uint8 depth) const {
   header.fieldsCount = static_cast<uint32>(fields().count);
   header.nameLength =
       static_cast<uint8>(std::min(name_.length(), PackedMetaHeader::MAX_NAME));
+  // As a rule enough for all of it.
+  constexpr size_t PER_FIELD = 40;
   gs::container<uint8> out;
+  out.reserve(PackedMetaHeader::SIZE + name_.length() +
+              PER_FIELD * fields().count);
   bool ok = header.append(out) &&
             appendToBuffer(out, name_.bytes().data, header.nameLength);
   for (const MetaField& field : fields()) {

@@ -78,7 +78,7 @@ bool Meta::extractStrFromBuffer(const gs::ConstBuf& buffer, size_t& offset,
 }
 
 bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
-                            EnumMapping& out) {
+                            NamePool& names, EnumMapping& out) {
   uint32 count = 0;
   if (!extractNumber(buffer, offset, count)) return false;
   for (uint32 i = 0; i < count; ++i) {
@@ -90,7 +90,7 @@ bool Meta::processEnumField(const gs::ConstBuf& buffer, size_t& offset,
         !extractNumber(buffer, offset, code)) {
       return false;
     }
-    if (!out.append({Name(name), code})) throw std::bad_alloc();
+    if (!out.append({names.make(name), code})) throw std::bad_alloc();
   }
   return true;
 }
@@ -126,7 +126,7 @@ bool Meta::processFieldValue(MetaField& field, const gs::ConstBuf& buffer,
 }
 
 bool Meta::unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
-                            uint8 level, MetaField& out) {
+                            uint8 level, NamePool& names, MetaField& out) {
   uint32 length = 0;
   gs::ConstBuf name;
   if (!extractNumber(buffer, offset, length) ||
@@ -135,9 +135,9 @@ bool Meta::unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
       !extractNumber(buffer, offset, out.flags)) {
     return false;
   }
-  out.name = Name(name);
+  out.name = names.make(name);
   if (out.type == FieldType::ENUM) {
-    return processEnumField(buffer, offset, out.enumMapping);
+    return processEnumField(buffer, offset, names, out.enumMapping);
   }
   if (out.type == FieldType::DATA_MAP) {
     return processDataMapField(buffer, offset, level, out.meta);
@@ -145,17 +145,16 @@ bool Meta::unpackDescriptor(const gs::ConstBuf& buffer, size_t& offset,
   return true;
 }
 
-bool Meta::unpackField(const gs::ConstBuf& buffer, size_t& offset,
-                       uint8 level) {
+bool Meta::unpackField(const gs::ConstBuf& buffer, size_t& offset, uint8 level,
+                       NamePool& names) {
   MetaField read;
-  if (!unpackDescriptor(buffer, offset, level, read)) return false;
+  if (!unpackDescriptor(buffer, offset, level, names, read)) return false;
   MetaField* added = nullptr;
   bool changed = false;
   if (!place(std::move(read), added, changed)) {
     pqpr("Failed to add field");
     return false;
   }
-  if (added == nullptr) outOfMemory("Failed to get field");
   // A second field of the same name has been merged into the first, whose
   // flags then decide.
   return processFieldValue(*added, buffer, offset, level) || constantFailed();
@@ -180,8 +179,12 @@ std::unique_ptr<Meta> Meta::unpack(const gs::ConstBuf& buffer, uint8 depth,
   }
 
   std::unique_ptr<Meta> meta(new Meta(cloneOf(name), header.flags));
+  if (!meta->fields_.reserve(header.fieldsCount)) {
+    outOfMemory("Failed to get field");
+  }
+  NamePool names(header.fieldsCount);
   for (uint32 i = 0; i < header.fieldsCount; ++i) {
-    if (!meta->unpackField(buffer, offset, static_cast<uint8>(level))) {
+    if (!meta->unpackField(buffer, offset, static_cast<uint8>(level), names)) {
       return nullptr;
     }
   }

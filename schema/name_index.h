@@ -6,6 +6,14 @@
 
 namespace Brindle {
 
+// A number that names have in common only by chance: FNV-1a. Equal names have
+// the same one if it covers the bytes up to the first zero byte.
+inline uint32 nameTag(const uint8* name, size_t length) {
+  uint32 tag = 0x811C9DC5;
+  for (size_t i = 0; i < length; ++i) tag = (tag ^ name[i]) * 0x01000193;
+  return tag;
+}
+
 // Finds elements by name: a crit-bit tree. A search looks at some bits of the
 // name, of which there are as many as tell it from the others, and compares one
 // name at the end: no choice of names degrades it further than to the bits of

@@ -1,29 +1,41 @@
 #include "schema/named.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <new>
 
 namespace Brindle {
 
 namespace {
 
-// The text stands in front of its own buffer.
-struct alignas(SafeString) Unit {
-  std::byte bytes[alignof(SafeString)];
-};
 constexpr size_t HEAD = sizeof(SafeString);
 
 }  // namespace
 
-Name::Name(const gs::ConstBuf& bytes) {
+// Each text stands in front of its own buffer.
+struct alignas(SafeString) NamePool::Unit {
+  std::byte bytes[alignof(SafeString)];
+};
+
+Name NamePool::make(const gs::ConstBuf& bytes) {
   const size_t units = (HEAD + bytes.size) / sizeof(Unit) + 1;
-  std::shared_ptr<Unit[]> room = std::make_shared<Unit[]>(units);
-  char* buffer = reinterpret_cast<char*>(room.get()) + HEAD;
+  if (units > left) {
+    left = std::max(units, std::min(nextChunk, MOST) / sizeof(Unit));
+    chunk = std::make_shared<Unit[]>(left);
+    next = chunk.get();
+  }
+  char* buffer = reinterpret_cast<char*>(next) + HEAD;
   if (bytes.size != 0) std::memcpy(buffer, bytes.data, bytes.size);
-  const SafeString* text =
-      ::new (room.get()) SafeString(SafeString::view(buffer, bytes.size));
-  shared = std::shared_ptr<const SafeString>(std::move(room), text);
+  buffer[bytes.size] = '\0';
+  const auto* text =
+      ::new (next) SafeString(SafeString::view(buffer, bytes.size));
+  next += units;
+  left -= units;
+  return Name(std::shared_ptr<const SafeString>(chunk, text));
 }
+
+Name::Name(const gs::ConstBuf& bytes) : Name(NamePool(0).make(bytes)) {}
 
 Name::Name(const SafeString& text) {
   if (text.data() != nullptr) {

@@ -27,12 +27,39 @@ class Name {
   const char* c_str() const { return text().c_str(); }
 
  private:
+  friend class NamePool;
+  explicit Name(std::shared_ptr<const SafeString>&& text)
+      : shared(std::move(text)) {}
+
   static const SafeString& none() {
     static const SafeString NONE;
     return NONE;
   }
 
   std::shared_ptr<const SafeString> shared;
+};
+
+// Makes many names with few allocations, which last as long as any of them.
+class NamePool {
+ public:
+  // Memory for so many names is allocated at a time, as far as that is
+  // sensible.
+  explicit NamePool(size_t names) : nextChunk(names * TYPICAL) {}
+
+  // Zero bytes included. Throws std::bad_alloc.
+  Name make(const gs::ConstBuf& bytes);
+
+ private:
+  struct Unit;
+
+  static constexpr size_t TYPICAL = sizeof(SafeString) + 16;
+  // Below the size from which allocators tidy up all they have.
+  static constexpr size_t MOST = 960;
+
+  size_t nextChunk;  // bytes
+  std::shared_ptr<Unit[]> chunk;
+  Unit* next = nullptr;
+  size_t left = 0;  // units, from `next` on
 };
 
 // What fields, enum entries and record entries have in common. Names are

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "foundation/linked_list.h"
 #include "schema/name_index.h"
@@ -11,9 +14,10 @@
 namespace Brindle {
 
 // A list of named elements that finds them by name: the first of that name, as
-// a walk from the head would. Short lists are walked; past LINEAR elements an
-// index does the work, so that names that come from outside in great numbers
-// cost no quadratic time.
+// a walk from the head would. The shortest lists are walked; up to TAGGED
+// elements a tag for each tells which are worth a look; past that a tree does
+// the work, so that names that come from outside in great numbers cost no
+// quadratic time.
 //
 // The index grows by extendIndex(), never by a search: any number of threads
 // may search a list that none changes. What it does not cover, be it for lack
@@ -41,22 +45,19 @@ class NamedList {
   const List& list() const { return elements; }
   Node* head() { return elements.head; }
 
+  // See gs::LinkedList::reserve().
+  bool reserve(uint64 n) noexcept { return elements.reserve(n); }
+
   // Null, with the list unchanged, when there is no memory for the element. The
   // index does not cover it yet.
   T* append(T&& element) { return elements.append(std::move(element)); }
 
   // Makes the index cover all elements, if there are enough.
   void extendIndex() noexcept {
-    if (elements.count <= LINEAR || covered() == elements.count) return;
+    if (elements.count <= WALKED || covered() == elements.count) return;
     try {
-      if (!index) index = std::make_unique<Index>();
-      while (Node* node = firstUncovered()) {
-        // A name without a buffer equals none and is never looked up.
-        const SafeString& name = node->value.name;
-        if (name.data() != nullptr) index->firsts.insert(name, node);
-        index->last = node;
-        ++index->covered;
-      }
+      startIndex();
+      while (Node* node = firstUncovered()) cover(node);
     } catch (const std::bad_alloc&) {
       // The rest is walked until there is memory again.
     }
@@ -69,10 +70,7 @@ class NamedList {
   const Node* find(const SafeString& name) const {
     if (name.data() == nullptr) return nullptr;
     // Whatever the index holds stands before the rest.
-    if (index) {
-      void* hit = index->firsts.find(name);
-      if (hit != nullptr) return static_cast<Node*>(hit);
-    }
+    if (const Node* hit = index ? findCovered(name) : nullptr) return hit;
     const Node* node = firstUncovered();
     while (node != nullptr && !(node->value.name.text() == name)) {
       node = node->next;
@@ -96,17 +94,55 @@ class NamedList {
   }
 
  private:
-  static constexpr uint64 LINEAR = 8;
+  static constexpr uint64 WALKED = 4;
+  static constexpr uint64 TAGGED = 128;
 
   struct Index {
-    NameIndex firsts;      // the first element of each name
-    Node* last = nullptr;  // the last element that is covered
+    std::vector<uint32> tags;  // of all covered elements, or none with a tree
+    NameIndex tree;            // of the first element of each name
+    Node* last = nullptr;      // the last element that is covered
     uint64 covered = 0;
   };
+
+  static uint32 tagOf(const SafeString& name) {
+    const auto* bytes = reinterpret_cast<const uint8*>(name.c_str());
+    return nameTag(bytes, std::strlen(name.c_str()));
+  }
 
   uint64 covered() const { return index ? index->covered : 0; }
   Node* firstUncovered() const {
     return covered() == 0 ? elements.head : index->last->next;
+  }
+
+  void startIndex() {
+    const bool outgrown =
+        index && !index->tags.empty() && elements.count > TAGGED;
+    if (!index || outgrown) index = std::make_unique<Index>();
+  }
+
+  void cover(Node* node) {
+    const SafeString& name = node->value.name;
+    if (elements.count <= TAGGED) {
+      if (index->tags.empty()) index->tags.reserve(TAGGED / 4);
+      index->tags.push_back(tagOf(name));
+    } else if (name.data() != nullptr) {
+      // A name without a buffer equals none and is never looked up.
+      index->tree.insert(name, node);
+    }
+    index->last = node;
+    ++index->covered;
+  }
+
+  const Node* findCovered(const SafeString& name) const {
+    if (index->tags.empty()) return static_cast<Node*>(index->tree.find(name));
+    const uint32 tag = tagOf(name);
+    const Node* node = elements.head;
+    for (auto at = index->tags.begin();; ++at, node = node->next) {
+      const auto match = std::find(at, index->tags.end(), tag);
+      if (match == index->tags.end()) return nullptr;
+      for (; at != match; ++at) node = node->next;
+      if (node->value.name.text() == name) return node;
+    }
   }
 
   List elements;

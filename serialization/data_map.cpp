@@ -23,8 +23,13 @@ bool DataMap::insert_or_assign(const Name& name, const FieldValue& value) {
   return true;
 }
 
-bool DataMap::emplace(const Name& name, FieldValue value) {
-  return entries.append({name, std::move(value)}) != nullptr;
+bool DataMap::emplace(const Name& name, const FieldValue& value) {
+  return entries.append({name, value}) != nullptr;
+}
+
+FieldValue* DataMap::emplace(const Name& name) {
+  Entry* added = entries.append({name, {}});
+  return added == nullptr ? nullptr : &added->value;
 }
 
 DataMap::iterator DataMap::find(const SafeString& name) {

@@ -34,7 +34,9 @@ class DataMap {
   // Name of another text throws std::bad_alloc.
   bool insert_or_assign(const Name& name, const FieldValue& value);
   // Appends, whether the name exists or not. False as above.
-  bool emplace(const Name& name, FieldValue value);
+  bool emplace(const Name& name, const FieldValue& value);
+  // The same for a value that is still to be filled in; null without memory.
+  FieldValue* emplace(const Name& name);
 
   // The first entry of that name, or end().
   iterator find(const SafeString& name);
@@ -50,6 +52,10 @@ class DataMap {
   iterator end() { return nullptr; }
   const_iterator end() const { return nullptr; }
   const List& data() const { return entries.list(); }
+
+  // Allocates memory for the next n entries at once, where that can be had.
+  // REQUIRES: it is the first time.
+  void reserve(size_t n) noexcept { entries.reserve(n); }
 
   bool empty() const { return data().empty(); }
   size_t size() const { return data().count; }

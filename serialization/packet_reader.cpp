@@ -68,9 +68,9 @@ bool checkTrailer(const gs::ConstBuf& packet, const Extent& extent,
 
 // Finds fields by index, of several with the same the first, as a walk from the
 // head would; as long as the indexes asked for rise, it goes on where it was.
-class FieldFinder {
+class IndexFinder {
  public:
-  explicit FieldFinder(const Meta& meta) : fields(meta.fields()) {}
+  explicit IndexFinder(const Meta& meta) : fields(meta.fields()) {}
 
   const MetaField* find(uint16 index) {
     if (at == nullptr || index <= highest) {
@@ -90,7 +90,7 @@ class FieldFinder {
   uint16 highest = 0;  // of the fields up to this one
 };
 
-bool readEntry(FieldFinder& fields, const gs::ConstBuf& packet, size_t& offset,
+bool readEntry(IndexFinder& fields, const gs::ConstBuf& packet, size_t& offset,
                uint8 depth, DataMap& record) {
   uint64 decoded = 0;
   extractVarint(packet, offset, decoded);
@@ -100,14 +100,14 @@ bool readEntry(FieldFinder& fields, const gs::ConstBuf& packet, size_t& offset,
     pqpr("Wrong field ID: %d", int{id});
     return false;
   }
-  FieldValue value;
-  if (!Serializer::deserializeField(*field, packet, offset, value, depth)) {
-    pqpr("Failed to deserialize field (%s)", field->name.c_str());
-    return false;
-  }
-  if (!record.emplace(field->name, std::move(value))) {
+  FieldValue* value = record.emplace(field->name);
+  if (value == nullptr) {
     pqpr("Failed to emplace field (%s)", field->name.c_str());
     throw std::bad_alloc();
+  }
+  if (!Serializer::deserializeField(*field, packet, offset, *value, depth)) {
+    pqpr("Failed to deserialize field (%s)", field->name.c_str());
+    return false;
   }
   return true;
 }
@@ -132,7 +132,11 @@ DataMap Serializer::deserializeOrThrow(const Meta& meta,
     return {};
   }
   DataMap record;
-  FieldFinder fields(meta);
+  // As a rule each field comes once; an entry takes two bytes at least.
+  const uint64 bodySize =
+      extent.total - std::min(extent.bodyOffset, extent.total);
+  record.reserve(std::min(meta.fields().count, bodySize / 2));
+  IndexFinder fields(meta);
   // A value may reach past the extent: nothing tells its length but its type.
   for (size_t offset = extent.bodyOffset; offset < extent.total;) {
     if (!readEntry(fields, packet, offset, depth, record)) return {};

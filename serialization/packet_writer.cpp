@@ -2,6 +2,7 @@
 
 #include "foundation/diagnostics.h"
 #include "schema/checks.h"
+#include "schema/field_finder.h"
 #include "serialization/packet_format.h"
 #include "serialization/serializer.h"
 #include "serialization/varint_io.h"
@@ -10,9 +11,9 @@ namespace Brindle {
 
 namespace {
 
-bool appendEntry(const Meta& meta, const DataMap::Entry& entry, uint8 depth,
+bool appendEntry(FieldFinder& fields, const DataMap::Entry& entry, uint8 depth,
                  gs::container<uint8>& body) {
-  const MetaField* field = meta.field(entry.name);
+  const MetaField* field = fields.find(entry.name);
   if (field == nullptr) {
     pqpr("Wrong field name: %s", entry.name.c_str());
     return false;
@@ -37,11 +38,15 @@ bool appendEntry(const Meta& meta, const DataMap::Entry& entry, uint8 depth,
 gs::container<uint8> Serializer::serialize(const Meta& meta, const DataMap& map,
                                            uint8 depth) {
   if (!checkNesting(depth)) return {};
+  constexpr size_t PER_ENTRY = 16;  // as a rule enough
   gs::container<uint8> body;
+  body.reserve(PER_ENTRY * map.size());
+  FieldFinder fields(meta);
   for (const DataMap::Entry& entry : map.data()) {
-    if (!appendEntry(meta, entry, depth, body)) return {};
+    if (!appendEntry(fields, entry, depth, body)) return {};
   }
   gs::container<uint8> packet;
+  packet.reserve(Packet::HEADER_SIZE + Varint::LONGEST + body.size);
   if (!appendNumber(packet, Packet::VERSION) ||
       !appendNumber(packet, uint8{0}) || !appendVarint(packet, body.size) ||
       !appendToBuffer(packet, body.data, body.size)) {
