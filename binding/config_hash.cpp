@@ -1,16 +1,25 @@
 #include "binding/config_hash.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "binding/blob_walker.h"
 #include "binding/block_identity.h"
 #include "foundation/buffer.h"
 #include "foundation/crc32.h"
 #include "foundation/sha256.h"
+#include "schema/schema_scan.h"
 
 namespace brindle_napi {
 
 namespace {
+
+using Brindle::FieldValue;
+
+bool isNamed(const gs::ConstBuf& name, std::string_view wanted) {
+  return std::equal(name.data, name.data + name.size, wanted.begin(),
+                    wanted.end());
+}
 
 struct BlockSummary {
   Uuid uuid;
@@ -19,13 +28,24 @@ struct BlockSummary {
   uint32 crc = 0;
 };
 
-bool summarise(const gs::ConstBuf& block, BlockSummary& out) {
+// Who a block is, by building no more of its schema than that takes.
+bool identify(const gs::ConstBuf& block, Uuid& uuid, uint32& instance) {
+  bool hasUuid = false;
+  bool hasInstance = false;
+  const auto visit = [&](const gs::ConstBuf& name, const FieldValue& value) {
+    if (isNamed(name, UUID_NAME)) hasUuid = readUuid(&value, uuid);
+    if (isNamed(name, INSTANCE_NAME)) {
+      hasInstance = readInstance(&value, instance);
+    }
+  };
+  if (Brindle::scanSchema(block, visit)) return hasUuid && hasInstance;
   const auto meta = Brindle::Meta::unpack(block, 0, nullptr);
+  return meta && getBlockUuid(*meta, uuid) && getBlockInstance(*meta, instance);
+}
+
+bool summarise(const gs::ConstBuf& block, BlockSummary& out) {
   uint32 instance = 0;
-  if (!meta || !getBlockUuid(*meta, out.uuid) ||
-      !getBlockInstance(*meta, instance)) {
-    return false;
-  }
+  if (!identify(block, out.uuid, instance)) return false;
   out.instance = static_cast<uint16>(instance);
   out.size = static_cast<uint32>(block.size);
   out.crc = CRC32::crc(block.data, block.size, CRC32::POLY);

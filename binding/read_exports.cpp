@@ -8,6 +8,7 @@
 #include "binding/object_writer.h"
 #include "binding/to_js.h"
 #include "foundation/buffer.h"
+#include "schema/schema_scan.h"
 
 namespace brindle_napi {
 
@@ -44,7 +45,10 @@ Napi::Value ValidateBlock(const Napi::CallbackInfo& info) {
       return refusal;
     }
     if (Refusal refusal = checkMagic(bytes)) return refusal;
-    if (!Brindle::Meta::unpack(bytes, 0, nullptr)) return unpackFailed();
+    if (!Brindle::scanSchema(bytes, nullptr) &&
+        !Brindle::Meta::unpack(bytes, 0, nullptr)) {
+      return unpackFailed();
+    }
 
     ObjectWriter answer(env);
     const auto size = static_cast<double>(bytes.size);

@@ -1,8 +1,11 @@
 // A packed schema: reading, writing, and changing what has been read.
 
+#include <cstring>
+
 #include "fuzz/agreement.h"
 #include "fuzz/mutator.h"
-#include "schema/meta.h"
+#include "schema/meta_header.h"
+#include "schema/schema_scan.h"
 
 namespace {
 
@@ -67,6 +70,35 @@ void checkLookups(const Meta& meta, const reference::Schema& schema) {
   }
 }
 
+// A scan finds all that is usual, and nothing that is not there.
+void checkScan(const gs::ConstBuf& input, const Meta* meta) {
+  uint64 constants = 0;
+  const auto visit = [&](const gs::ConstBuf& name,
+                         const Brindle::FieldValue& value) {
+    ++constants;
+    if (meta == nullptr) return;
+    Brindle::FieldValue held;
+    INVARIANT(meta->getMetaValue(cloneOf(name), held));
+    INVARIANT(held.index() == value.index() && held.crc() == value.crc());
+  };
+  const bool found = Brindle::scanSchema(input, visit);
+  INVARIANT(!found || meta != nullptr);
+  if (meta == nullptr) return;
+  uint64 wanted = 0;
+  Brindle::PackedMetaHeader header;
+  size_t offset = 0;
+  header.extract(input, offset);
+  bool unusual = header.fieldsCount != meta->fields().count;  // equal names
+  for (const Brindle::MetaField& field : meta->fields()) {
+    wanted += field.isMeta();
+    unusual = unusual || field.type == FieldType::DATA_MAP ||
+              (field.isMeta() && field.type == FieldType::ENUM) ||
+              std::strlen(field.name.c_str()) != field.name.text().length();
+  }
+  INVARIANT(!found || constants == wanted);
+  INVARIANT(found || unusual);
+}
+
 void checkChanges(Meta changed, reference::Schema model) {
   Meta copy(changed);
   requireSame(copy, model);
@@ -115,6 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8* data, size_t size) {
 
   reference::Schema schema;
   const std::unique_ptr<Meta> meta = unpack(input, 0, nullptr, schema);
+  checkScan(exactCopy(input), meta.get());
   if (!meta) return 0;
   for (const uint8 depth : {uint8{4}, uint8{5}}) {
     reference::Schema deep;

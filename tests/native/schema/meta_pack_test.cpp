@@ -1,4 +1,5 @@
 #include "foundation/crc16.h"
+#include "schema/schema_scan.h"
 #include "tests/support/sample.h"
 
 using namespace Brindle;
@@ -40,11 +41,16 @@ static std::string field(uint64 type, uint64 flags,
   return sized("f") + le(type, 1) + le(flags, 1) + rest;
 }
 
-// What is printed, then "ok" when there is a result.
+// What is printed, then "ok" when there is a result. A scan prints nothing, and
+// accepts nothing else.
 static std::string unpacked(const std::string& in,
                             const uint16* expected = nullptr) {
-  return outcomeOf(
-      [&] { return Meta::unpack(bytes(in), 0, expected) ? "ok" : ""; });
+  return outcomeOf([&] {
+    const bool scanned = !expected && scanSchema(bytes(in), nullptr);
+    const bool ok = Meta::unpack(bytes(in), 0, expected) != nullptr;
+    EXPECT_TRUE(ok || !scanned) << hex(view(in));
+    return ok ? "ok" : "";
+  });
 }
 static std::string repacked(const Meta& meta) {
   return outcomeOf([&] {
@@ -176,6 +182,20 @@ TEST(MetaPack, SaysWhyItCannotRead) {
 }
 
 // Equal names merge into one field; equal entries of one field stay.
+TEST(SchemaScan, AcceptsTheUsualAndShowsItsConstants) {
+  for (const std::string& whole : {fromHex(PLAIN), fromHex(FLAGGED)}) {
+    std::string shown;
+    const auto visit = [&](const gs::ConstBuf& name, const FieldValue& value) {
+      shown += hex(name) + '=' + std::to_string(*value.get<uint16>());
+    };
+    EXPECT_TRUE(scanSchema(bytes(whole + 'U'), visit));
+    EXPECT_EQ(shown, "6B=300");
+    for (size_t n = 0; n < whole.size(); ++n) {
+      EXPECT_FALSE(scanSchema(bytes(whole.substr(0, n)), nullptr)) << n;
+    }
+  }
+}
+
 TEST(MetaPack, KeepsDuplicateEntriesAndMergesDuplicateFields) {
   const std::string x1 = sized("x") + '\1';
   const std::string once = field(10, 0, le(1, 4) + x1);
