@@ -6,7 +6,7 @@ import * as brindle from '../lib/index.mjs';
 import { contenders } from './contenders/all.mjs';
 import { buildFloors, parseFloors } from './floor.mjs';
 import {
-  assertHolds, assertSame, informationOf, withoutBigInts,
+  assertHolds, assertSame, informationOf, inPlainTypes,
 } from './information.mjs';
 import * as workloads from './workloads.mjs';
 
@@ -44,8 +44,8 @@ export const forEachOf = (list, makeWork) =>
 // What each contender has instead of a block that says `parsed`.
 export function messagesOf(parsed) {
   return contenders.map((contender) => {
-    const information = contender.bigints
-      ? informationOf(parsed) : withoutBigInts(informationOf(parsed));
+    const information = contender.plain
+      ? inPlainTypes(informationOf(parsed)) : informationOf(parsed);
     const message = contender.encode(information);
     assertSame(contender.decode(message), information, contender.name);
     return { contender, information, message };
@@ -124,7 +124,7 @@ function editJob(block, messages, values) {
     const { contender } = entry;
     const information = contender.decode(editMessage(entry)());
     assertSame(information.values,
-      contender.bigints ? wanted : withoutBigInts(wanted), contender.name);
+      contender.plain ? inPlainTypes(wanted) : wanted, contender.name);
   }
   return { [ADDON]: edit, ...forEachOf(messages, editMessage) };
 }

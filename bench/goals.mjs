@@ -3,8 +3,8 @@ import { readFileSync } from 'node:fs';
 import { countOf } from './counts.mjs';
 
 // The floor that is built the way the module works, for each direction.
-const PARSE_FLOOR = 'floor: one by one';
-const BUILD_FLOOR = 'floor: one by one';
+const PARSE_FLOOR = 'floor: bulk, meta as JSON';
+const BUILD_FLOOR = 'floor: arrays in bulk';
 
 const against = (workload, job, rival, limit) => ({ workload, job, rival, limit });
 

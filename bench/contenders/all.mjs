@@ -1,7 +1,7 @@
 // Each contender does the add-on's job its own way: `encode` makes one message
 // of all the information in a block, its description included, and `decode`
-// answers that information again. `bigints`: whether numbers of 64 bits go in
-// and come out as BigInts; otherwise they do so as text.
+// answers that information again. `plain`: whether it knows neither BigInts,
+// which then go in and come out as text, nor bytes.
 import { avro } from './avsc.mjs';
 import { cborX } from './cbor_x.mjs';
 import { json } from './json.mjs';

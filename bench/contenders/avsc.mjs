@@ -33,11 +33,13 @@ function fieldSchema({ name, type, repeated, nested }) {
   return { name, type: repeated ? { type: 'array', items } : items };
 }
 
-function schemaOf({ uuid, instance, meta }) {
+function schemaOf({ uuid, uuidRawBytes, instance, meta }) {
   const fieldsWhere = (isMeta) =>
     meta.fields.filter((field) => field.isMeta === isMeta).map(fieldSchema);
   return record('Block', [
     ...uuid === undefined ? [] : [{ name: 'uuid', type: 'string' }],
+    ...uuidRawBytes === undefined
+      ? [] : [{ name: 'uuidRawBytes', type: 'bytes' }],
     ...instance === undefined ? [] : [{ name: 'instance', type: 'long' }],
     { name: 'values', type: record('Values', fieldsWhere(false)) },
     { name: 'metaValues', type: record('MetaValues', fieldsWhere(true)) },
@@ -59,4 +61,4 @@ function decode(message) {
   return { ...block, meta: description.meta };
 }
 
-export const avro = { name: 'avsc', bigints: true, encode, decode };
+export const avro = { name: 'avsc', plain: false, encode, decode };

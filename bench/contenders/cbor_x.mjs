@@ -4,7 +4,7 @@ const encoder = new Encoder({ useRecords: false, mapsAsObjects: true });
 
 export const cborX = {
   name: 'cbor-x',
-  bigints: true,
+  plain: false,
   encode: (information) => encoder.encode(information),
   decode: (message) => encoder.decode(message),
 };

@@ -4,7 +4,7 @@ const packr = new Packr({ useRecords: false, int64AsType: 'bigint' });
 
 export const msgpackr = {
   name: 'msgpackr',
-  bigints: true,
+  plain: false,
   encode: (information) => packr.pack(information),
   decode: (message) => packr.unpack(message),
 };

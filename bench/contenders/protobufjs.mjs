@@ -51,4 +51,4 @@ function decode(message) {
 }
 
 export const protobufjs =
-  { name: 'protobufjs', bigints: false, encode, decode };
+  { name: 'protobufjs', plain: true, encode, decode };

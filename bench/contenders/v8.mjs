@@ -2,7 +2,7 @@ import { deserialize, serialize } from 'node:v8';
 
 export const v8 = {
   name: 'node:v8',
-  bigints: true,
+  plain: false,
   encode: serialize,
   decode: deserialize,
 };

@@ -50,9 +50,11 @@ class Builder {
   void define(napi_value made, uint32_t count) {
     std::array<napi_property_descriptor, 64> properties;
     for (uint32_t i = 0; i < count; ++i) {
-      const napi_value key = texts[program.nodes[next].key];
-      properties[i] = {nullptr,
-                       key,
+      // A name that comes once is best left to the engine to find.
+      const uint32_t key = program.nodes[next].key;
+      const bool once = program.uses[key] == 1;
+      properties[i] = {once ? program.texts[key].c_str() : nullptr,
+                       once ? nullptr : texts[key],
                        nullptr,
                        nullptr,
                        nullptr,
@@ -64,6 +66,13 @@ class Builder {
   }
 
   napi_value array(const Node& node) {
+    if (program.bulk && node.count != 1 && node.count <= MOST_ARGUMENTS) {
+      std::array<napi_value, MOST_ARGUMENTS> elements;
+      for (uint32_t i = 0; i < node.count; ++i) elements[i] = build();
+      const napi_value undefined = get(env, napi_get_undefined);
+      return get(env, napi_call_function, undefined, arrayFunction(),
+                 size_t{node.count}, elements.data());
+    }
     const napi_value made =
         get(env, napi_create_array_with_length, size_t{node.count});
     for (uint32_t i = 0; i < node.count; ++i) {
@@ -87,13 +96,18 @@ class Builder {
   }
 
   napi_value bytes(const std::string& content) {
-    return get(env, napi_create_buffer_copy, content.size(), content.data(),
-               nullptr);
+    void* data = nullptr;
+    const napi_value made = get(env, napi_create_buffer, content.size(), &data);
+    content.copy(static_cast<char*>(data), content.size());
+    return made;
   }
 
   napi_value json(const Node& node) {
+    if (parse == nullptr) parse = named(env, global(env, "JSON"), "parse");
+    const napi_value undefined = get(env, napi_get_undefined);
+    const napi_value text = texts[node.first];
     const napi_value made =
-        call(global(env, "JSON"), "parse", texts[node.first]);
+        get(env, napi_call_function, undefined, parse, size_t{1}, &text);
     for (uint32_t i = 0; i < node.count; ++i) patch(made);
     return made;
   }
@@ -108,6 +122,11 @@ class Builder {
     napi_set_property(env, object, key, build());
   }
 
+  napi_value arrayFunction() {
+    if (constructor == nullptr) constructor = global(env, "Array");
+    return constructor;
+  }
+
   napi_value call(napi_value object, const char* name, napi_value argument) {
     return get(env, napi_call_function, object, named(env, object, name),
                size_t{1}, &argument);
@@ -116,6 +135,8 @@ class Builder {
   napi_env env;
   const TreeProgram& program;
   Texts texts;
+  napi_value constructor = nullptr;  // Array, once it has been looked up
+  napi_value parse = nullptr;        // JSON.parse likewise
   size_t next = 0;
 };
 

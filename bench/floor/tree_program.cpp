@@ -4,12 +4,9 @@ namespace floor_bench {
 
 namespace {
 
-constexpr uint32_t BULK = 16;  // fewer numbers are made faster one by one
-
 class Recorder {
  public:
-  Recorder(napi_env e, TreeProgram& out, bool inBulk)
-      : env(e), program(out), bulk(inBulk) {}
+  Recorder(napi_env e, TreeProgram& out) : env(e), program(out) {}
 
   void record(napi_value value, uint32_t key) {
     Node node;
@@ -41,8 +38,17 @@ class Recorder {
   uint32_t intern(const std::string& text) {
     const auto index = static_cast<uint32_t>(program.texts.size());
     const auto [at, isNew] = indices.emplace(text, index);
-    if (isNew) program.texts.push_back(text);
+    if (isNew) {
+      program.texts.push_back(text);
+      program.uses.push_back(0);
+    }
     return at->second;
+  }
+
+  uint32_t internKey(const std::string& text) {
+    const uint32_t index = intern(text);
+    ++program.uses[index];
+    return index;
   }
 
   void recordBigInt(napi_value value, Node& node) {
@@ -63,7 +69,8 @@ class Recorder {
     program.nodes.push_back(node);
     for (uint32_t i = 0; i < node.count; ++i) {
       const napi_value key = get(env, napi_get_element, keys, i);
-      record(get(env, napi_get_property, value, key), intern(textOf(env, key)));
+      record(get(env, napi_get_property, value, key),
+             internKey(textOf(env, key)));
     }
   }
 
@@ -74,13 +81,14 @@ class Recorder {
     node.kind = Kind::BYTES;
     node.first = static_cast<uint32_t>(program.texts.size());
     program.texts.emplace_back(static_cast<const char*>(data), size);
+    program.uses.push_back(0);
     program.nodes.push_back(node);
   }
 
   void recordArray(napi_value value, Node node) {
     node.kind = Kind::ARRAY;
     node.count = get<uint32_t>(env, napi_get_array_length, value);
-    if (bulk && isLongListOfNumbers(value, node.count)) {
+    if (program.bulk && isLongListOfNumbers(value, node.count)) {
       node.kind = Kind::NUMBERS;
       node.first = static_cast<uint32_t>(program.numbers.size());
     }
@@ -93,7 +101,7 @@ class Recorder {
   }
 
   bool isLongListOfNumbers(napi_value value, uint32_t count) {
-    if (count < BULK) return false;
+    if (count <= MOST_ARGUMENTS) return false;
     const napi_value item = get(env, napi_get_element, value, 0u);
     return get<napi_valuetype>(env, napi_typeof, item) == napi_number;
   }
@@ -113,7 +121,6 @@ class Recorder {
 
   napi_env env;
   TreeProgram& program;
-  bool bulk;
   std::unordered_map<std::string, uint32_t> indices;
 };
 
@@ -121,7 +128,8 @@ class Recorder {
 
 TreeProgram* programOf(napi_env env, napi_value tree, bool bulk) {
   auto* program = new TreeProgram;
-  Recorder(env, *program, bulk).record(tree, 0);
+  program->bulk = bulk;
+  Recorder(env, *program).record(tree, 0);
   return program;
 }
 

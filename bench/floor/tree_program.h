@@ -40,10 +40,16 @@ struct Node {
 struct TreeProgram {
   std::vector<Node> nodes;
   std::vector<std::string> texts;  // each but once
+  std::vector<uint32_t> uses;      // of each text as a key
   std::vector<double> numbers;
+  bool bulk = false;  // arrays are made by one call each
 };
 
-// `bulk`: whether arrays of many numbers become NUMBERS.
+// The most elements that are handed over as arguments of one call.
+constexpr uint32_t MOST_ARGUMENTS = 128;
+
+// `bulk`: whether arrays are made by one call each, those of many numbers as
+// NUMBERS.
 TreeProgram* programOf(napi_env env, napi_value tree, bool bulk);
 napi_value buildTree(napi_env env, const TreeProgram& program);
 
