@@ -2,8 +2,8 @@
 
 #include <napi.h>
 
-#include <array>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "binding/guard.h"
@@ -61,15 +61,15 @@ class ObjectWriter {
 
   // The object with all that has been added.
   Napi::Object finish() {
-    throwUnlessOk(
-        env, napi_define_properties(env, object, pending, properties.data()));
+    throwUnlessOk(env,
+                  napi_define_properties(env, object, pending, properties));
     pending = 0;
     return {env, object};
   }
 
  private:
   void add(const char* name, napi_value key, napi_value value) {
-    if (pending == properties.size()) finish();
+    if (pending == std::size(properties)) finish();
     properties[pending++] = {
         name,   key, nullptr, nullptr, nullptr, value, napi_default_jsproperty,
         nullptr};
@@ -78,7 +78,7 @@ class ObjectWriter {
   napi_env env;
   napi_value object;
   size_t pending = 0;
-  std::array<napi_property_descriptor, 32> properties;
+  napi_property_descriptor properties[32];
 };
 
 }  // namespace brindle_napi

@@ -1,7 +1,6 @@
 #include "binding/value_to_js.h"
 
 #include <algorithm>
-#include <array>
 
 #include "binding/number_arrays.h"
 #include "binding/object_writer.h"
@@ -83,9 +82,9 @@ template <class T>
 napi_value makeArray(const Converter& convert, const gs::container<T>& items) {
   constexpr size_t SHORT = 128;
   if (items.size != 1 && items.size <= SHORT) {
-    std::array<napi_value, SHORT> elements;
-    std::transform(items.begin(), items.end(), elements.begin(), convert);
-    return convert.engine.arrayOf(elements.data(), items.size);
+    napi_value elements[SHORT];
+    std::transform(items.begin(), items.end(), elements, convert);
+    return convert.engine.arrayOf(elements, items.size);
   }
   if constexpr (InTypedArray<T>) {
     if (items.size > SHORT) {

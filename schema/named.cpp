@@ -20,7 +20,7 @@ struct alignas(SafeString) NamePool::Unit {
 
 Name NamePool::make(const gs::ConstBuf& bytes) {
   const size_t units = (HEAD + bytes.size) / sizeof(Unit) + 1;
-  if (units > left) {
+  if (next == nullptr || units > left) {
     left = std::max(units, std::min(nextChunk, MOST) / sizeof(Unit));
     chunk = std::make_shared<Unit[]>(left);
     next = chunk.get();

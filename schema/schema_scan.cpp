@@ -1,7 +1,6 @@
 #include "schema/schema_scan.h"
 
 #include <algorithm>
-#include <array>
 
 #include "foundation/crc16.h"
 #include "schema/checks.h"
@@ -88,8 +87,7 @@ class Scan {
     const uint8* end = name.data + name.size;
     if (std::find(name.data, end, 0) != end) return false;
     const uint32 tag = nameTag(name.data, name.size);
-    const auto known = tags.begin() + count;
-    if (std::find(tags.begin(), known, tag) != known) return false;
+    if (std::find(tags, tags + count, tag) != tags + count) return false;
     tags[count++] = tag;
     return true;
   }
@@ -136,7 +134,7 @@ class Scan {
   const ConstantVisitor& visit;
   Checksum sum;
   uint32 count = 0;  // fields so far
-  std::array<uint32, PackedMetaHeader::MAX_FIELDS> tags;
+  uint32 tags[PackedMetaHeader::MAX_FIELDS];
 };
 
 }  // namespace
