@@ -36,6 +36,8 @@ const double* readNumbers(napi_env env, napi_value array, size_t count) {
   const TypedArray typed(env, napi_float64_array, count, sizeof(double));
   napi_value set = made(env, napi_get_named_property, typed.value, "set");
   callFunction(env, set, typed.value, {copy});
+  // A replacement of set() may have detached the memory.
+  if (elementCount({env, typed.value}) != count) return nullptr;
   return static_cast<const double*>(typed.memory);
 }
 
