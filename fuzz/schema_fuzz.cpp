@@ -73,16 +73,16 @@ void checkLookups(const Meta& meta, const reference::Schema& schema) {
 // A scan finds all that is usual, and nothing that is not there.
 void checkScan(const gs::ConstBuf& input, const Meta* meta) {
   uint64 constants = 0;
+  bool agree = meta != nullptr;
   const auto visit = [&](const gs::ConstBuf& name,
                          const Brindle::FieldValue& value) {
     ++constants;
-    if (meta == nullptr) return;
     Brindle::FieldValue held;
-    INVARIANT(meta->getMetaValue(cloneOf(name), held));
-    INVARIANT(held.index() == value.index() && held.crc() == value.crc());
+    agree = agree && meta->getMetaValue(cloneOf(name), held) &&
+            held.index() == value.index() && held.crc() == value.crc();
   };
   const bool found = Brindle::scanSchema(input, visit);
-  INVARIANT(!found || meta != nullptr);
+  INVARIANT(!found || agree);
   if (meta == nullptr) return;
   uint64 wanted = 0;
   Brindle::PackedMetaHeader header;
