@@ -21,18 +21,25 @@ struct TypedArray {
   napi_value value;
 };
 
-const double* readNumbers(napi_env env, napi_value array, size_t count) {
-  napi_value undefined = made(env, napi_get_undefined);
-  // A copy, as the elements can be accessors: what is tested and what is taken
-  // must be the same values.
-  napi_value copy =
-      callFunction(env, lookUp(env, {"Reflect", "apply"}), undefined,
-                   {lookUp(env, {"Array"}), undefined, array});
-  napi_value every = lookUp(env, {"Array", "prototype", "every"});
-  napi_value isFinite = lookUp(env, {"Number", "isFinite"});
-  if (!isTrue({env, callFunction(env, every, copy, {isFinite})})) {
+// What `call` answers, or null when a function of the engine throws.
+template <class Call>
+auto orNull(Call&& call) -> decltype(call()) {
+  try {
+    return call();
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
     return nullptr;
   }
+}
+
+bool areFinite(napi_env env, napi_value copy) {
+  napi_value every = lookUp(env, {"Array", "prototype", "every"});
+  napi_value isFinite = lookUp(env, {"Number", "isFinite"});
+  return isTrue({env, callFunction(env, every, copy, {isFinite})});
+}
+
+const double* readNumbers(napi_env env, napi_value copy, size_t count) {
   const TypedArray typed(env, napi_float64_array, count, sizeof(double));
   napi_value set = made(env, napi_get_named_property, typed.value, "set");
   callFunction(env, set, typed.value, {copy});
@@ -52,14 +59,18 @@ napi_value numbersToArray(napi_env env, napi_typedarray_type type,
                       {typed.value});
 }
 
-const double* numbersOf(napi_env env, napi_value array, size_t count) {
-  try {
-    return readNumbers(env, array, count);
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (...) {
-    return nullptr;
-  }
+napi_value copyOf(napi_env env, napi_value array) {
+  return orNull([&] {
+    napi_value undefined = made(env, napi_get_undefined);
+    return callFunction(env, lookUp(env, {"Reflect", "apply"}), undefined,
+                        {lookUp(env, {"Array"}), undefined, array});
+  });
+}
+
+const double* numbersOf(napi_env env, napi_value copy, size_t count) {
+  return orNull([&] {
+    return areFinite(env, copy) ? readNumbers(env, copy, count) : nullptr;
+  });
 }
 
 }  // namespace brindle_napi

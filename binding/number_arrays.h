@@ -35,10 +35,13 @@ constexpr napi_typedarray_type typedArrayOf() {
 napi_value numbersToArray(napi_env env, napi_typedarray_type type,
                           const void* data, size_t count, size_t size);
 
-// The elements of an Array if they are finite numbers all: `count` doubles,
-// good until the handle scope ends. Else null, also when an element cannot be
-// read or the engine has no room for so many arguments: the elements have to be
-// looked at one by one then. REQUIRES: count is not 1.
-const double* numbersOf(napi_env env, napi_value array, size_t count);
+// A copy of an Array, each element read once, in order; none of the copy's is
+// an accessor. Null when an element throws or the stack has no room for so many
+// arguments. REQUIRES: the length is not 1.
+napi_value copyOf(napi_env env, napi_value array);
+
+// The `count` elements of a copy if they are finite numbers all, good until the
+// handle scope ends; else null.
+const double* numbersOf(napi_env env, napi_value copy, size_t count);
 
 }  // namespace brindle_napi

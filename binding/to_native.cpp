@@ -129,14 +129,17 @@ void makeRoom(gs::container<T>& array, uint64 length) {
 }
 
 // Fills `array` from a long Array of finite numbers. False, with `array` empty,
-// for any other: then its elements have to be converted one by one.
+// for any other: then the elements of `items`, which may have become a copy,
+// have to be converted one by one.
 template <FromDoubles T>
-bool convertNumbers(Napi::Env env, const Napi::Value& value, uint64 length,
+bool convertNumbers(Napi::Env env, Napi::Value& items, uint64 length,
                     gs::container<T>& array) {
   // Fewer take less time one by one; more are no arguments of one call.
   if (length < 64 || length > 32768) return false;
-  const Napi::HandleScope scope(env);
-  const double* numbers = numbersOf(env, value, length);
+  napi_value copy = copyOf(env, items);
+  if (copy == nullptr) return false;
+  items = {env, copy};
+  const double* numbers = numbersOf(env, copy, length);
   if (numbers == nullptr) return false;
   array.reserve(length);
   const bool fit = std::all_of(numbers, numbers + length, [&](double number) {
@@ -161,12 +164,13 @@ bool convertArray(Napi::Env env, const Napi::Value& value,
     array->emplace(std::move(element));
     return true;
   };
+  Napi::Value items = value;
   bool converted = false;
   if constexpr (FromDoubles<T>) {
-    converted = convertNumbers(env, value, length, *array);
+    converted = convertNumbers(env, items, length, *array);
     if (converted && !context.budget.takeElements(length)) return false;
   }
-  if (!converted && !forEachElement(env, value, add)) return false;
+  if (!converted && !forEachElement(env, items, add)) return false;
   out = std::move(array);
   return true;
 }

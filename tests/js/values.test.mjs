@@ -63,6 +63,20 @@ test('only arrays without gaps are arrays, and not of all types empty', () => {
 });
 
 // Readers refuse the first two, so only the bytes tell.
+test('each element of a long array is read once, whatever it turns out to be', () => {
+  for (const first of [1, 'x']) {
+    const array = new Array(100).fill(2);
+    const answers = [first, 3];
+    Object.defineProperty(array, 0, { get: () => answers.shift() });
+    if (first === 1) assert.deepEqual(stored('uint8', array, true), [1, ...array.slice(1)]);
+    else assertMismatch('uint8', [array], true);
+    assert.deepEqual(answers, [3]);
+  }
+  for (const odd of ['5', null, true, 256, 0.5, NaN]) {
+    assertMismatch('uint8', [[...new Array(99).fill(2), odd]], true);
+  }
+});
+
 test('an unknown code, an empty record and no value are written', () => {
   const ending = (length, ...field) => valueOf(build(...field)).subarray(-length);
   assert.deepEqual(ending(5, 'enum', 255), packet(0, 255));
