@@ -1,6 +1,6 @@
 #include "binding/to_js.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "binding/block_identity.h"
 #include "binding/object_writer.h"
@@ -60,11 +60,15 @@ std::string uuidCanonical(const uint8* bytes) {
   return text.toLower().c_str();
 }
 
-Napi::Value byteArrayToBuffer(Napi::Env env, const gs::ConstBuf& bytes) {
+Napi::Value byteArrayToBuffer(Napi::Env env, const gs::ConstBuf& bytes,
+                              const gs::ConstBuf& more) {
   void* memory = nullptr;
   napi_value buffer = nullptr;
-  throwUnlessOk(env, napi_create_buffer(env, bytes.size, &memory, &buffer));
-  if (bytes.size != 0) std::memcpy(memory, bytes.data, bytes.size);
+  throwUnlessOk(
+      env, napi_create_buffer(env, bytes.size + more.size, &memory, &buffer));
+  auto* behind =
+      std::copy_n(bytes.data, bytes.size, static_cast<uint8*>(memory));
+  std::copy_n(more.data, more.size, behind);
   return {env, buffer};
 }
 

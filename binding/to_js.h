@@ -15,8 +15,9 @@ namespace brindle_napi {
 // 16 bytes as 00112233-4455-6677-8899-aabbccddeeff, in stored order.
 std::string uuidCanonical(const uint8* bytes);
 
-// A new Buffer with a copy of the bytes.
-Napi::Value byteArrayToBuffer(Napi::Env env, const gs::ConstBuf& bytes);
+// A new Buffer with a copy of the bytes, and of more behind them.
+Napi::Value byteArrayToBuffer(Napi::Env env, const gs::ConstBuf& bytes,
+                              const gs::ConstBuf& more = {});
 
 // The description of a schema; see schema_json.h.
 Napi::Object metaToDTO(const Engine& engine, const Brindle::Meta& meta);

@@ -10,7 +10,6 @@
 #include "binding/schema_builder.h"
 #include "binding/to_js.h"
 #include "binding/to_native.h"
-#include "foundation/buffer.h"
 #include "serialization/serializer.h"
 
 namespace brindle_napi {
@@ -61,21 +60,20 @@ class BlockDraft {
     return {INTERNAL, words.insertFailed + ("'" + text + "'")};
   }
 
-  // Puts the record, unless there is to be no payload, behind the packed
-  // schema.
-  Refusal finish(gs::container<uint8> packed, bool hasPayload,
-                 gs::container<uint8>& block) const {
-    block = std::move(packed);
-    if (block.empty()) return refuseWith(packFailed());
+  // The block: the packed schema and, unless there is to be no payload, the
+  // record behind it.
+  Refusal finish(Napi::Env env, const gs::container<uint8>& packed,
+                 bool hasPayload, Napi::Value& block) const {
+    if (packed.empty()) return refuseWith(packFailed());
+    gs::container<uint8> payload;
     if (hasPayload) {
-      const gs::container<uint8> payload =
-          Brindle::Serializer::serialize(meta, record, 0);
+      payload = Brindle::Serializer::serialize(meta, record, 0);
       if (payload.empty()) {
         return {INTERNAL, "Serializer::serialize() returned empty buffer"};
       }
-      Brindle::appendToBuffer(block, payload.data, payload.size);
     }
-    if (block.size > MAX_META_BLOCK_BYTES) return tooLarge();
+    if (packed.size + payload.size > MAX_META_BLOCK_BYTES) return tooLarge();
+    block = byteArrayToBuffer(env, packed, payload);
     return {};
   }
 
@@ -127,7 +125,7 @@ Refusal readFieldValues(Napi::Env env, const SpecKeys& keys,
 }
 
 Refusal build(Napi::Env env, const Napi::Object& blockSpec,
-              gs::container<uint8>& block) {
+              Napi::Value& block) {
   static constexpr DraftWords WORDS = {"DataMap.insert_or_assign failed for ",
                                        BUILT_TOO_LARGE};
   const SpecKeys keys(env);
@@ -139,10 +137,10 @@ Refusal build(Napi::Env env, const Napi::Object& blockSpec,
   if (Refusal refusal = readFieldValues(env, keys, blockSpec, draft)) {
     return refusal;
   }
-  gs::container<uint8> packed = meta->flag(Brindle::MetaFlags::HAS_CRC)
-                                    ? meta->packWithCrc(nullptr)
-                                    : meta->pack(0);
-  return draft.finish(std::move(packed), true, block);
+  const gs::container<uint8> packed = meta->flag(Brindle::MetaFlags::HAS_CRC)
+                                          ? meta->packWithCrc(nullptr)
+                                          : meta->pack(0);
+  return draft.finish(env, packed, true, block);
 }
 
 Napi::Value BuildBlock(const Napi::CallbackInfo& info) {
@@ -155,12 +153,7 @@ Napi::Value BuildBlock(const Napi::CallbackInfo& info) {
     if (info.Length() == 0 || !info[0].IsObject()) {
       return {INVALID_ARGUMENT, "buildBlock expects a BlockSpec object"};
     }
-    gs::container<uint8> block;
-    if (Refusal refusal = build(env, info[0].As<Napi::Object>(), block)) {
-      return refusal;
-    }
-    value = byteArrayToBuffer(env, block);
-    return {};
+    return build(env, info[0].As<Napi::Object>(), value);
   });
 }
 
@@ -198,7 +191,7 @@ Refusal applyEdits(Napi::Env env, const Napi::Value& values,
 }
 
 Refusal repack(Napi::Env env, const Napi::Value& rawBytes,
-               const Napi::Value& values, gs::container<uint8>& out) {
+               const Napi::Value& values, Napi::Value& out) {
   static constexpr DraftWords WORDS = {
       "DataMap.insert_or_assign failed for field ",
       "repacked block exceeds MAX_META_BLOCK_BYTES (65536)"};
@@ -217,7 +210,7 @@ Refusal repack(Napi::Env env, const Napi::Value& rawBytes,
   if (Refusal refusal = applyEdits(env, values, draft)) return refusal;
   // Always without a trailer, whatever the flags say.
   const bool hasPayload = block.hasPayload || !draft.isEmpty();
-  return draft.finish(block.meta->pack(0), hasPayload, out);
+  return draft.finish(env, block.meta->pack(0), hasPayload, out);
 }
 
 // The edits of a DTO. Read past readProperty: see ownNames.
@@ -248,10 +241,7 @@ Napi::Value PackMetaBlock(const Napi::CallbackInfo& info) {
       value = byteArrayToBuffer(env, bytesOf(rawBytes));
       return {};
     }
-    gs::container<uint8> block;
-    if (Refusal refusal = repack(env, rawBytes, values, block)) return refusal;
-    value = byteArrayToBuffer(env, block);
-    return {};
+    return repack(env, rawBytes, values, value);
   });
 }
 
