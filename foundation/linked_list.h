@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <new>
@@ -47,28 +48,30 @@ struct LinkedList {
     std::swap(head, other.head);
     std::swap(tail, other.tail);
     std::swap(count, other.count);
-    std::swap(room, other.room);
-    std::swap(roomEnd, other.roomEnd);
-    std::swap(roomLeft, other.roomLeft);
+    std::swap(rooms, other.rooms);
+    std::swap(filling, other.filling);
   }
 
-  // Allocates memory for the next n nodes at once, which is given back with the
-  // list. False if there is none.
-  // REQUIRES: it is the first time; takeFirst() takes none of these nodes.
+  // Allocates memory for the next n nodes with few allocations, which is given
+  // back with the list. False if there is not enough.
+  // REQUIRES: all reserved before is used; takeFirst() takes none of it.
   bool reserve(uint64 n) noexcept {
-    if (n == 0) return true;
-    room = static_cast<Node*>(::operator new(n * sizeof(Node), std::nothrow));
-    roomLeft = room;
-    roomEnd = room == nullptr ? nullptr : room + n;
-    return room != nullptr;
+    while (n != 0) {
+      const uint64 size = std::min(n, ROOM_SIZE);
+      void* memory =
+          ::operator new(sizeof(Room) + size * sizeof(Node), std::nothrow);
+      if (memory == nullptr) return false;
+      filling = rooms = ::new (memory) Room{rooms, size, 0};
+      n -= size;
+    }
+    return true;
   }
 
   // Moves `value` into a new node at the tail. Null, with the list unchanged,
   // when there is no memory for the node.
   T* append(T&& value) {
-    void* memory = roomLeft != roomEnd
-                       ? roomLeft++
-                       : ::operator new(sizeof(Node), std::nothrow);
+    void* memory = reserved();
+    if (memory == nullptr) memory = ::operator new(sizeof(Node), std::nothrow);
     if (memory == nullptr) return nullptr;
     Node* node = ::new (memory) Node{std::move(value), nullptr, tail};
     (tail == nullptr ? head : tail->next) = node;
@@ -101,8 +104,10 @@ struct LinkedList {
 
   void clear() {
     while (head != nullptr) remove(head);
-    ::operator delete(room);
-    room = roomLeft = roomEnd = nullptr;
+    while (rooms != nullptr) {
+      ::operator delete(std::exchange(rooms, rooms->next));
+    }
+    filling = nullptr;
   }
 
   // The first node whose value satisfies `test`, or null.
@@ -132,14 +137,38 @@ struct LinkedList {
   Iterator<const T> end() const { return {nullptr}; }
 
  private:
+  // Memory for nodes, which follow it.
+  struct alignas(Node) Room {
+    Room* next;
+    uint64 size;  // in nodes
+    uint64 used;
+
+    Node* nodes() { return reinterpret_cast<Node*>(this + 1); }
+  };
+  // Allocators tidy up all they have before they give out much more.
+  static constexpr uint64 ROOM_SIZE =
+      std::max<uint64>(1, (1000 - sizeof(Room)) / sizeof(Node));
+
+  // Memory for one node, or null.
+  Node* reserved() {
+    while (filling != nullptr && filling->used == filling->size) {
+      filling = filling->next;
+    }
+    return filling == nullptr ? nullptr : filling->nodes() + filling->used++;
+  }
   bool isReserved(const Node* node) const {
-    return !std::less<>()(node, room) && std::less<>()(node, roomEnd);
+    const std::less<> before;
+    for (Room* room = rooms; room != nullptr; room = room->next) {
+      if (!before(node, room->nodes()) &&
+          before(node, room->nodes() + room->size)) {
+        return true;
+      }
+    }
+    return false;
   }
 
-  // What reserve() allocated: the first of it that is free, and its end.
-  Node* room = nullptr;
-  Node* roomLeft = nullptr;
-  Node* roomEnd = nullptr;
+  Room* rooms = nullptr;
+  Room* filling = nullptr;  // those before it are full
 };
 
 }  // namespace gs

@@ -51,7 +51,7 @@ class EnumMapping {
     if (!body || body->entries.append(std::move(entry)) == nullptr) {
       return false;
     }
-    body->entries.extendIndex();
+    body->entries.extendIndex(WALKED);
     body->used.set(code);
     return true;
   }
@@ -69,7 +69,7 @@ class EnumMapping {
       } else {
         body->used.set(first->value.value);
         body->entries.takeFirst(given->entries);
-        body->entries.extendIndex();
+        body->entries.extendIndex(WALKED);
       }
     }
     return count() != before;
@@ -84,6 +84,9 @@ class EnumMapping {
   bool hasCode(uint8 code) const { return body && body->used[code]; }
 
  private:
+  // Few entries are seldom looked for: not while they are read or written.
+  static constexpr uint64 WALKED = 32;
+
   struct Body {
     NamedList<EnumEntry> entries;
     std::bitset<256> used;  // codes

@@ -52,9 +52,9 @@ class NamedList {
   // index does not cover it yet.
   T* append(T&& element) { return elements.append(std::move(element)); }
 
-  // Makes the index cover all elements, if there are enough.
-  void extendIndex() noexcept {
-    if (elements.count <= WALKED || covered() == elements.count) return;
+  // Makes the index cover all elements, if there are more than `walked`.
+  void extendIndex(uint64 walked = WALKED) noexcept {
+    if (elements.count <= walked || covered() == elements.count) return;
     try {
       startIndex();
       while (Node* node = firstUncovered()) cover(node);
