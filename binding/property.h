@@ -3,6 +3,7 @@
 #include <napi.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "foundation/safe_string.h"
@@ -39,8 +40,8 @@ std::string textOf(const Napi::Value& value);
 bool convertToText(const Napi::Value& value, std::string& out);
 // A text as the core's string, which ends before the first zero byte; good as
 // long as the text, which it borrows.
-inline SafeString viewOf(std::string& text) {
-  return {text.data(), text.size() + 1};
+inline SafeString viewOf(const std::string& text) {
+  return SafeString::view(text.c_str(), std::strlen(text.c_str()));
 }
 
 // How many elements a typed array has; 0 for anything else.

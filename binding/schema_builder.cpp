@@ -51,7 +51,7 @@ bool readEnumOption(Napi::Env env, const SpecKeys& keys,
   if (!key.IsString() || !code.IsNumber()) return false;
   const double number = code.As<Napi::Number>().DoubleValue();
   if (!(number >= 0 && number <= 255)) return false;
-  std::string text = textOf(key);
+  const std::string text = textOf(key);
   if (!budget.takeValue(text.size())) return false;
   entries.append({viewOf(text), static_cast<uint8>(number)});
   return true;
@@ -117,7 +117,7 @@ class SchemaBuilder {
   bool readHeader(const Napi::Object& blockSpec) {
     const Napi::Value name = readProperty(env, blockSpec, "metaName");
     if (!name.IsString()) return fail("BlockSpec.metaName must be a string");
-    std::string text = textOf(name);
+    const std::string text = textOf(name);
     if (!within(budget.takeValue(text.size()))) return false;
     meta->setName(viewOf(text));
     if (isTrue(readProperty(env, blockSpec, "hasCrc"))) {

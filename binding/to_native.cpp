@@ -84,7 +84,7 @@ bool convert(const Napi::Value& value, const Context&, float& out) {
 bool convert(const Napi::Value& value, const Context& context,
              SafeString& out) {
   if (!value.IsString()) return false;
-  std::string text = textOf(value);
+  const std::string text = textOf(value);
   // The rest, behind a zero byte, is not kept.
   if (!context.budget.takeValue(std::strlen(text.c_str()))) return false;
   out = cloneOf(viewOf(text));
@@ -178,7 +178,7 @@ bool convertArray(Napi::Env env, const Napi::Value& value,
 bool convertEntry(Napi::Env env, const Napi::Object& object,
                   const Napi::Value& key, RecordFiller& filler,
                   WorkBudget& budget) {
-  std::string text = textOf(key);
+  const std::string text = textOf(key);
   if (!budget.takeName(text.size())) return false;
   if (!key.IsString()) return true;
   const Brindle::MetaField* field = filler.find(viewOf(text));

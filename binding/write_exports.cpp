@@ -42,7 +42,7 @@ class BlockDraft {
   BlockDraft(const BlockDraft&) = delete;
   BlockDraft& operator=(const BlockDraft&) = delete;
 
-  const MetaField* field(std::string& name) {
+  const MetaField* field(const std::string& name) {
     return filler.find(viewOf(name));
   }
 
@@ -171,7 +171,7 @@ Napi::Value ownNames(Napi::Env env, const Napi::Value& object) {
 
 Refusal applyEdit(Napi::Env env, const Napi::Value& values,
                   const Napi::Value& key, BlockDraft& draft) {
-  std::string text = textOf(key);
+  const std::string text = textOf(key);
   const MetaField* field = draft.field(text);
   if (!key.IsString() || field == nullptr || field->isMeta()) return {};
   const Napi::Value value = readProperty(env, values, napi_value(key));

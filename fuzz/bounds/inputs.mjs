@@ -126,6 +126,8 @@ const specs = {
   },
   'one long text many times': () =>
     spec([{ name: 's', type: 'string', repeated: true, value: many('x'.repeat(BLOB)) }]),
+  'one text that ends at once many times': () => spec([{ name: 's', type: 'string',
+    repeated: true, value: many(`\0${'x'.repeat(BLOB)}`, 200) }]),
   'schemas in themselves': () =>
     nest(4, (nested) => list(100, (i) => ({ name: label(i), type: 'datamap', nested }))),
   'records in themselves': aliasedRecords,
