@@ -1,7 +1,7 @@
 #include "binding/engine.h"
 
 #include "binding/guard.h"
-#include "binding/object_writer.h"
+#include "binding/make_value.h"
 
 namespace brindle_napi {
 

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "binding/engine.h"
-#include "binding/object_writer.h"
+#include "binding/make_value.h"
 #include "binding/property.h"
 
 namespace brindle_napi {

@@ -2,7 +2,7 @@
 
 #include <napi.h>
 
-#include "binding/object_writer.h"
+#include "binding/make_value.h"
 
 namespace brindle_napi {
 
