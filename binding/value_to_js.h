@@ -9,9 +9,9 @@
 // The values of records to plain JavaScript values. What does not fit its field
 // becomes null, {} or [], as said below; a Node-API call that fails throws a
 // C++ exception, for the guard around the export. Nothing that JavaScript code
-// may have planted in a prototype is called, but where a long array of strings,
-// booleans or records is filled: there, a setter for an index of
-// Array.prototype.
+// may have planted in a prototype is called, with one exception: a setter for
+// an index of Array.prototype, where an array of one element, or of more than
+// 128 that no typed array holds, is filled.
 namespace brindle_napi {
 
 // The entries of a record that `meta` has fields for, in record order.

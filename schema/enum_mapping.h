@@ -84,7 +84,8 @@ class EnumMapping {
   bool hasCode(uint8 code) const { return body && body->used[code]; }
 
  private:
-  // Few entries are seldom looked for: not while they are read or written.
+  // So few are walked: an index would cost each schema that is read, and serve
+  // only those that write an enum by its name.
   static constexpr uint64 WALKED = 32;
 
   struct Body {
