@@ -1,8 +1,7 @@
-import { createRequire } from 'node:module';
+import brindle from './api.cjs';
+import loaded from './load.cjs';
 
-// Not imported: when a CommonJS module throws while being imported, Node.js 20
-// reports an unhandled rejection even to a caller who catches the error.
-const brindle = createRequire(import.meta.url)('./index.cjs');
+if (loaded.error) throw loaded.error;
 
 export default brindle;
 export const {
