@@ -5,8 +5,8 @@ import { mkdirSync, writeFileSync } from 'node:fs';
 import { join, relative } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import {
-  abiVersion, buildBlock, calcNgConfigHash, crc32,
-  packMetaBlock, parseConfigBlob, parseMetaBlock, validateBlock,
+  abiVersion, buildBlock, calcNgConfigHash, crc32, joinBlocks, packMetaBlock,
+  parseConfigBlob, parseMetaBlock, specFromBlock, unwrap, validateBlock,
 } from '../lib/index.mjs';
 import { formatValue, hex32, printBlock, printTable } from './print.mjs';
 import { readSpec } from './read_spec.mjs';
@@ -18,6 +18,7 @@ console.log(`brindle ${abiVersion()}`);
 
 const blocks = ['thermostat', 'network_interface', 'sensor_array'].map(buildExample);
 blocks[0] = editThermostat(blocks[0]);
+blocks[1] = editNetwork(blocks[1]);
 const blob = showBlob(blocks);
 showHash(blocks, blob);
 showRefusal(blocks, blob);
@@ -28,34 +29,44 @@ saveFiles(blocks, blob);
 function buildExample(name) {
   const file = `${name}.json`;
   heading(`Build and read back: ${file}`);
-  const bytes = unwrap(buildBlock(readSpec(join(examples, file))), `building ${file}`);
-  const { size, version } = unwrap(validateBlock(bytes), `validating ${file}`);
-  const block = unwrap(parseMetaBlock(bytes), `parsing ${file}`);
+  const bytes = unwrap(buildBlock(readSpec(join(examples, file))));
+  const { size, version } = unwrap(validateBlock(bytes));
+  const block = unwrap(parseMetaBlock(bytes));
   console.log(`  Built ${size} bytes in format version ${version}. Parsed again they hold:\n`);
   printBlock(block);
   return { name, bytes, block };
 }
 
-// Repacking writes no CRC-16 trailer, so only a block without one can be
-// edited this way; the others are built anew.
 function editThermostat({ name, bytes, block }) {
   heading('Edit: nobody home until the new year');
   const values = { mode: 3, targetCelsius: 16.5, awayUntilUnixSeconds: 1798761600n };
-  const editedBytes = unwrap(packMetaBlock({ ...block, values }), 'repacking the thermostat');
-  const edited = unwrap(parseMetaBlock(editedBytes), 'parsing the edited thermostat');
-  const changed = block.meta.fields.filter((field) => field.name in values);
+  const edited = unwrap(packMetaBlock({ ...block, values }));
+  return showEdit(block, Object.keys(values), { name, bytes: edited }, bytes);
+}
+
+// Repacking writes no CRC-16 trailer, so a block with one is built anew.
+function editNetwork({ name, bytes, block }) {
+  heading('Edit: another network, in a block with a CRC-16 trailer');
+  const values = { ...block.values, vlan: 42, mtu: 9000 };
+  const edited = unwrap(buildBlock(specFromBlock({ ...block, values })));
+  return showEdit(block, ['vlan', 'mtu'], { name, bytes: edited }, bytes);
+}
+
+function showEdit(before, names, edited, bytes) {
+  const after = unwrap(parseMetaBlock(edited.bytes));
+  const changed = before.meta.fields.filter((field) => names.includes(field.name));
   printTable([
-    ...changed.map((field) => changeRow(field, block.values, edited.values)),
-    ['size', `${bytes.length} bytes`, '->', `${editedBytes.length} bytes`],
-    ['crc32', hex32(crc32(bytes)), '->', hex32(crc32(editedBytes))],
+    ...changed.map((field) => changeRow(field, before.values, after.values)),
+    ['size', `${bytes.length} bytes`, '->', `${edited.bytes.length} bytes`],
+    ['crc32', hex32(crc32(bytes)), '->', hex32(crc32(edited.bytes))],
   ]);
-  return { name, bytes: editedBytes, block: edited };
+  return { ...edited, block: after };
 }
 
 function showBlob(blocks) {
   heading('Join: one blob for the whole configuration');
-  const blob = joinBlocks(blocks);
-  const parsed = unwrap(parseConfigBlob(blob), 'parsing the blob');
+  const blob = joinBlocks(blocks.map(({ bytes }) => bytes));
+  const parsed = unwrap(parseConfigBlob(blob));
   console.log(`  ${blob.length} bytes: each block after its length in 16 bits, little-endian.\n`);
   printTable(parsed.map(({ meta, instance, raw }, i) =>
     [`block ${i}`, meta.name, `instance ${instance}`, `${raw.size} bytes`]));
@@ -64,7 +75,7 @@ function showBlob(blocks) {
 
 function showHash(blocks, blob) {
   heading('Hash: the same for the same blocks, in any order');
-  const reversed = joinBlocks([...blocks].reverse());
+  const reversed = joinBlocks(blocks.map(({ bytes }) => bytes).reverse());
   const flipped = flipByte(blob, blob.length - 1);
   printTable([
     ['as joined', hashOf(blob)],
@@ -97,16 +108,8 @@ function saveFiles(blocks, blob) {
 
 // ---- Helpers ---------------------------------------------------------------
 
-function joinBlocks(blocks) {
-  return Buffer.concat(blocks.flatMap(({ bytes }) => {
-    const length = Buffer.alloc(2);
-    length.writeUInt16LE(bytes.length);
-    return [length, bytes];
-  }));
-}
-
 function hashOf(blob) {
-  return unwrap(calcNgConfigHash(blob), 'hashing the blob').toString('hex');
+  return unwrap(calcNgConfigHash(blob)).toString('hex');
 }
 
 function flipByte(bytes, position) {
@@ -122,12 +125,6 @@ function changeRow(field, before, after) {
 
 function heading(text) {
   console.log(`\n${text}\n${'-'.repeat(text.length)}\n`);
-}
-
-// The value of a successful result; anything else ends the demo.
-function unwrap(result, step) {
-  if (result.ok) return result.value;
-  return fail(`${step} failed: ${result.error.code}: ${result.error.message}`);
 }
 
 function fail(message) {

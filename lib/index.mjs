@@ -7,4 +7,5 @@ export default brindle;
 export const {
   abiVersion, crc32, validateBlock, parseMetaBlock,
   parseConfigBlob, packMetaBlock, buildBlock, calcNgConfigHash,
+  unwrap, BrindleError, specFromBlock, joinBlocks, toJSON, fromJSON,
 } = brindle;

@@ -39,5 +39,6 @@ export function fuzzJs(argument = '60') {
   if (!(seconds > 0)) fail('fuzz:js takes a number of seconds');
   needDebianPackages('cmake', 'ninja-build', 'g++', 'libgtest-dev');
   needNpmPackages();
+  build('release', 'Release');  // for the helpers, which are in front of it
   runJsFuzz(seconds, sanitizedModuleEnv(build('asan')));
 }

@@ -12,6 +12,7 @@ import {
 } from './setup.mjs';
 import { fuzzJs, runJsFuzz } from './js_fuzz.mjs';
 import { sanitizedModuleEnv, sanitizerEnv } from './sanitizer.mjs';
+import { checkTypes } from './types.mjs';
 
 function buildModule() {
   needDebianPackages('cmake', 'ninja-build', 'g++');
@@ -38,12 +39,6 @@ function runJsTests(env = process.env) {
     .filter((name) => name.endsWith('.test.mjs'))
     .map((name) => join('tests/js', name));
   run(process.execPath, ['--test', '--test-reporter=spec', ...files], { env });
-}
-
-function checkTypes() {
-  const compiler = 'node_modules/typescript/bin/tsc';
-  run(process.execPath, [compiler, '-p', 'tests/types']);
-  console.log('types: tests/types compiles');
 }
 
 function bounds() {

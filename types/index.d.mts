@@ -1,2 +1,4 @@
+import brindle from './index.cjs';
+
+export default brindle;
 export * from './index.cjs';
-export { default } from './index.cjs';

@@ -11,14 +11,15 @@ const require = createRequire(import.meta.url);
 const lib = fileURLToPath(new URL('../../lib/', import.meta.url));
 const built = join(lib, '../build/Release/brindle.node');
 
-// In registration order.
+// In registration order, and the helpers.
 const names = ['abiVersion', 'crc32', 'validateBlock', 'parseMetaBlock',
   'parseConfigBlob', 'packMetaBlock', 'buildBlock', 'calcNgConfigHash'];
+const helpers = ['unwrap', 'BrindleError', 'specFromBlock', 'joinBlocks', 'toJSON', 'fromJSON'];
 
 test('require and import give the same functions, the native ones without names', async () => {
   const { default: brindle, ...named } = await import('../../lib/index.mjs');
   assert.equal(brindle, require('../../lib/index.cjs'));
-  assert.deepEqual(Object.keys(brindle), names);
+  assert.deepEqual(Object.keys(brindle), [...names, ...helpers]);
   assert.deepEqual(names.map((name) => brindle[name].name), names.map(() => ''));
   assert.deepEqual(named, { ...brindle });
   assert.equal(brindle.abiVersion(1, 2, 3), '0.1.0');

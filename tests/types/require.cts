@@ -12,5 +12,4 @@ brindle.unpackMetaBlock;
 // @ts-expect-error: there is no default beside the functions
 brindle.default;
 // @ts-expect-error: the helpers of the declarations stay private
-export type Helper = brindle.Named;
-
+export type Helper = brindle.CheckedSpec;

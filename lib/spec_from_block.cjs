@@ -1,0 +1,93 @@
+'use strict';
+
+const { bytesAt, objectAt } = require('./arguments.cjs');
+const { readRecord, readSchema } = require('./block_reader.cjs');
+const { refuse, unwrap } = require('./errors.cjs');
+const { parseMetaBlock } = require('./load.cjs').native;
+
+// The schema is the one in `rawBytes`, where nothing about it is lost; the
+// values are those of the object, which may have been edited.
+function specFromBlock(dto) {
+  const { rawBytes, values, metaValues } = objectAt(dto, 'the block');
+  const bytes = bytesAt(rawBytes, 'rawBytes');
+  const stored = unwrap(parseMetaBlock(bytes));
+  const schema = readSchema(bytes);
+  const order = storedOrder(stored.values, schema, bytes.subarray(schema.size));
+  const { fields, constants } = separate(schema);
+  const given = givenValues('values', values ?? stored.values, fields);
+  const givenConstants = givenValues('metaValues', metaValues ?? stored.metaValues, constants);
+  return {
+    metaName: schema.metaName,
+    hasCrc: schema.hasCrc,
+    fields: recordSpecs(fields, given, order),
+    metaFields: constantSpecs(constants, givenConstants),
+  };
+}
+
+const separate = ({ fields }) => ({
+  fields: fields.filter(({ isMeta }) => !isMeta),
+  constants: fields.filter(({ isMeta }) => isMeta),
+});
+
+// The names of the stored values. Without any, a packet that is not the empty
+// one holds a record that is damaged, or that its own writer made unreadable.
+function storedOrder(values, schema, packet) {
+  if (Object.keys(values).length !== 0) {
+    return readRecord(packet, schema).map(([name]) => name);
+  }
+  const isEmpty = packet.length === 0 || (packet[0] === 10 && packet[2] === 0);
+  if (!isEmpty) refuse('CORRUPTED_META', 'the record of the block cannot be read');
+  return [];
+}
+
+// By name, without those that are null or undefined.
+function givenValues(what, record, fields) {
+  const known = new Set(fields.map(({ name }) => name));
+  const given = Object.entries(objectAt(record, what)).filter(([, value]) => value != null);
+  for (const [name] of given) {
+    if (!known.has(name)) refuse('INVALID_ARGUMENT', `${what}: no field '${name}' belongs there`);
+  }
+  return new Map(given);
+}
+
+// Values are written in the order of the fields. A record of another order has
+// its fields twice: first all of them without values, which makes the schema,
+// and then those with values, which the schema has by then.
+function recordSpecs(fields, values, order) {
+  const specs = fields.map((field) => fieldSpec(field, values));
+  const stored = new Set([...order, ...values.keys()].filter((name) => values.has(name)));
+  const byName = new Map(specs.map((spec) => [spec.name, spec]));
+  const inOrder = [...stored].map((name) => byName.get(name));
+  const bySchema = specs.filter((spec) => 'value' in spec);
+  if (inOrder.every((spec, i) => spec === bySchema[i])) return specs;
+  return [...fields.map((field) => fieldSpec(field, new Map())), ...inOrder];
+}
+
+function constantSpecs(fields, values) {
+  const missing = fields.find(({ name }) => !values.has(name));
+  if (missing !== undefined) {
+    refuse('INVALID_ARGUMENT', `metaValues: the constant '${missing.name}' has no value`);
+  }
+  return fields.map((field) => fieldSpec(field, values));
+}
+
+function fieldSpec({ name, type, repeated, enumOptions, nested }, values) {
+  const spec = { name, type, repeated };
+  if (type === 'enum') spec.enumOptions = enumOptions;
+  if (nested !== undefined) spec.nested = nestedSpec(nested);
+  if (values.has(name)) spec.value = values.get(name);
+  return spec;
+}
+
+// Its constants stand in the schema, its values in the record.
+function nestedSpec(schema) {
+  const { fields, constants } = separate(schema);
+  const values = new Map(constants.map(({ name, value }) => [name, value]));
+  return {
+    metaName: schema.metaName,
+    fields: fields.map((field) => fieldSpec(field, values)),
+    metaFields: constantSpecs(constants, values),
+  };
+}
+
+module.exports = specFromBlock;
