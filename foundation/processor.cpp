@@ -1,7 +1,6 @@
 #include "foundation/processor.h"
 
 #if defined(BRINDLE_ARM_TARGET) && !defined(__APPLE__)
-#include <asm/hwcap.h>
 #include <sys/auxv.h>
 #elif defined(__x86_64__)
 #include <cpuid.h>
