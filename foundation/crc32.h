@@ -2,8 +2,8 @@
 
 #include "foundation/types.h"
 
-// Any reflected 32-bit CRC, bit by bit, without a final inversion. Stateless;
-// the seeded form chains. No bytes give the seed back.
+// Any reflected 32-bit CRC without a final inversion, all but that of POLY bit
+// by bit. Stateless; the seeded form chains. No bytes give the seed back.
 class CRC32 {
  public:
   // The reversed (least significant bit first) form of 0x04C11DB7: with it the
