@@ -1,0 +1,106 @@
+// Installs the tarball as users do, and uses it in every host that there is.
+import { spawnSync } from 'node:child_process';
+import {
+  cpSync, existsSync, mkdirSync, mkdtempSync, realpathSync, rmSync, symlinkSync,
+  writeFileSync,
+} from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { fail, root, runQuietly } from '../setup.mjs';
+import { compileTypes } from '../types.mjs';
+
+const tool = (path) => join(root, 'scripts/package/node_modules', path);
+
+// How each host runs a script. Those that npm has not for this machine are
+// reported as left out.
+const hosts = {
+  'Node.js 18': [tool('node18/bin/node')],
+  [`Node.js ${process.versions.node}`]: [process.execPath],
+  'Node.js 22': [tool('node22/bin/node')],
+  'Node.js 24': [tool('node24/bin/node')],
+  Bun: [tool('@oven/bun-linux-x64/bin/bun')],
+  Deno: [tool('@deno/linux-x64-glibc/deno'), 'run', '-A', '--node-modules-dir=manual'],
+};
+
+export function smoke(tarball) {
+  const folder = realpathSync(mkdtempSync(join(tmpdir(), 'brindle-package-')));
+  try {
+    for (const scripts of ['off', 'on']) {
+      const project = install(tarball, join(folder, `scripts-${scripts}`), scripts);
+      console.log(`installed without a compiler, scripts ${scripts}, and used in ${useIn(project)}`);
+      useBundled(project);
+    }
+    const project = install(tarball, join(folder, 'types'), 'off');
+    compileTypes(project.folder);
+    rebuild(project);
+  } finally {
+    rmSync(folder, { recursive: true });
+  }
+}
+
+// A project whose only dependency is the tarball.
+function install(tarball, folder, scripts) {
+  cpSync(join(root, 'tests/package'), folder, { recursive: true });
+  writeFileSync(join(folder, 'package.json'), '{"private": true}');
+  const project = { folder, env: withoutCompiler(folder) };
+  quietly(project, 'npm', 'install', '--offline', '--no-audit', '--no-fund',
+    `--ignore-scripts=${scripts === 'off'}`, join(root, tarball));
+  if (existsSync(join(folder, 'node_modules/brindle/build'))) fail('installing built something');
+  return project;
+}
+
+const quietly = ({ folder, env }, command, ...args) =>
+  runQuietly(command, args, { cwd: folder, env });
+
+// The names of the hosts in which it works; one in which it does not ends all.
+function useIn(project) {
+  const present = Object.entries(hosts).filter(([, [program]]) => existsSync(program));
+  for (const [name, command] of present) {
+    for (const [script, expected] of [['required.cjs', 'required'], ['imported.mjs', 'imported']]) {
+      const output = quietly(project, ...command, script);
+      if (output.trim() !== expected) fail(`${name}, ${script}: ${output}`);
+    }
+  }
+  return present.map(([name]) => name).join(', ');
+}
+
+// Away from the installed package, so that nothing but the bundle is found.
+function useBundled({ folder, env }) {
+  const elsewhere = join(folder, '..', 'bundle');
+  for (const format of ['cjs', 'esm']) {
+    const outfile = join(elsewhere, `bundled.${format === 'cjs' ? 'cjs' : 'mjs'}`);
+    // In an ES module the bundler leaves `require` to the one who bundles.
+    const banner = format === 'esm' ? "import { createRequire } from 'node:module';" +
+      'const require = createRequire(import.meta.url);' +
+      "const __dirname = import.meta.dirname ?? '.';" : '';
+    quietly({ folder, env }, tool('esbuild/bin/esbuild'), 'bundled.mjs', '--bundle',
+      '--platform=node', '--loader:.node=copy', `--format=${format}`, `--banner:js=${banner}`,
+      '--log-level=error', `--outfile=${outfile}`);
+    quietly({ folder: elsewhere, env }, process.execPath, outfile);
+  }
+  rmSync(elsewhere, { recursive: true });
+  console.log('bundled by esbuild as CommonJS and as an ES module');
+}
+
+// Takes the module away; what the error says then brings one back.
+function rebuild({ folder, env }) {
+  const installed = join(folder, 'node_modules/brindle');
+  rmSync(join(installed, 'prebuilds'), { recursive: true });
+  const { stderr } = spawnSync(process.execPath, ['required.cjs'],
+    { cwd: folder, env, encoding: 'utf8' });
+  const [, command] = /^ {2}node "(.+)"$/m.exec(stderr) ?? fail(`unhelpful: ${stderr}`);
+  runQuietly(process.execPath, [command], { cwd: folder });
+  quietly({ folder, env }, process.execPath, 'required.cjs');
+  console.log('built from the sources in the tarball by the command of the error');
+}
+
+// Only what npm needs.
+function withoutCompiler(folder) {
+  const bin = join(folder, 'bin');
+  mkdirSync(bin, { recursive: true });
+  const npm = runQuietly('sh', ['-c', 'command -v npm']).trim();
+  for (const [name, path] of [['node', process.execPath], ['npm', npm], ['sh', '/bin/sh']]) {
+    symlinkSync(realpathSync(path), join(bin, name));
+  }
+  return { ...process.env, PATH: bin };
+}
