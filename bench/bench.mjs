@@ -1,10 +1,12 @@
 // npm run bench -- [--workload NAME] [--rounds N] [--quick | --smoke] [--json]
+//   [--picture FILE]
 import { writeFileSync } from 'node:fs';
 import { cpus } from 'node:os';
 import { parseArgs } from 'node:util';
 import { buildBlock, specs } from './block_jobs.mjs';
 import { countedGoals, timedGoals } from './goals.mjs';
 import { jobs } from './jobs.mjs';
+import { picture } from './picture.mjs';
 import { percent, ratio, table, time } from './table.mjs';
 import { race } from './timing.mjs';
 
@@ -14,6 +16,7 @@ const { values: options } = parseArgs({ options: {
   quick: { type: 'boolean' },
   smoke: { type: 'boolean' },
   json: { type: 'boolean' },
+  picture: { type: 'string' },
 } });
 
 function effort() {
@@ -72,4 +75,8 @@ const goals = [...timedGoals(results), ...await countedGoals()];
 if (!options.smoke) say(`\n## Must show\n\n${goalTable(goals)}`);
 if (options.json) {
   console.log(JSON.stringify({ machine, results, goals }, null, 2));
+}
+if (options.picture !== undefined) {
+  const today = new Date().toISOString().slice(0, 10);
+  writeFileSync(options.picture, picture(results, machine, today));
 }
