@@ -32,6 +32,10 @@ export interface MetaDTO {
  *
  * @typeParam Values - for example `ValuesOf<typeof spec>`
  * @typeParam MetaValues - for example `MetaValuesOf<typeof spec>`
+ *
+ * @example
+ * const describe = ({ uuid, instance, meta }: MetaBlockDTO) =>
+ *   `${meta.name} ${instance} (${uuid})`;
  */
 export interface MetaBlockDTO<
   Values extends object = BlockValues,
@@ -96,7 +100,12 @@ export interface JSONValues {
   [name: string]: JSONValue;
 }
 
-/** A `MetaBlockDTO` in JSON; bytes are strings of hex digits. */
+/**
+ * A `MetaBlockDTO` in JSON; bytes are strings of hex digits.
+ *
+ * @example
+ * const text = JSON.stringify(toJSON(block) satisfies MetaBlockJSON);
+ */
 export interface MetaBlockJSON {
   uuid?: string;
   uuidRawBytes?: string;

@@ -19,7 +19,7 @@
  *   ends here too.
  *
  * @example
- * const retryable: ErrorCode[] = ['TRUNCATED'];
+ * const isOurFault = (code: ErrorCode) => code === 'INVALID_ARGUMENT';
  */
 export type ErrorCode =
   | 'INVALID_ARGUMENT'
@@ -32,7 +32,12 @@ export type ErrorCode =
   | 'UNKNOWN_FIELD_TYPE'
   | 'NOT_IMPLEMENTED';
 
-/** A refusal: what went wrong and, inside a blob, where. */
+/**
+ * A refusal: what went wrong and, inside a blob, where.
+ *
+ * @example
+ * // { code: 'CORRUPTED_META', message: 'Meta::unpack failed', blockIndex: 1, offset: 549 }
+ */
 export interface ErrorInfo {
   code: ErrorCode;
   message: string;

@@ -2,7 +2,12 @@
 
 import type { FieldTypeName, Integer, IntegerTypeName, ValuesInput } from './values.cjs';
 
-/** One entry of an enum's mapping. */
+/**
+ * One entry of an enum's mapping.
+ *
+ * @example
+ * const off: EnumOption = { key: 'off', code: 0 };
+ */
 export interface EnumOption {
   /** The entry's name, at most 254 bytes of UTF-8. */
   readonly key: string;
@@ -98,6 +103,12 @@ export type MetaFieldSpec = Named &
 /**
  * The schema of a nested record. Five levels of schema are possible, the
  * block's own included.
+ *
+ * @example
+ * const slot: NestedSpec = {
+ *   metaName: 'slot',
+ *   fields: [{ name: 'hour', type: 'uint8' }, { name: 'celsius', type: 'float' }],
+ * };
  */
 export interface NestedSpec {
   /** The schema's name, at most 254 bytes of UTF-8; may be empty. */

@@ -40,7 +40,12 @@ export type Bytes = Uint8Array | Uint8ClampedArray;
 export type FieldValue =
   number | bigint | string | boolean | BlockValues | FieldValue[];
 
-/** The values of one record by field name; a field that it lacks is absent. */
+/**
+ * The values of one record by field name; a field that it lacks is absent.
+ *
+ * @example
+ * const { target } = values; // FieldValue | undefined
+ */
 export interface BlockValues {
   [name: string]: FieldValue | undefined;
 }
@@ -56,6 +61,9 @@ export type ValueInput =
 /**
  * The values of one record to be written. `null` and `undefined` mean "not
  * given"; names that the schema does not have are ignored.
+ *
+ * @example
+ * const values: ValuesInput = { target: 19, uptime: 5n, slots: [{ hour: 7 }] };
  */
 export interface ValuesInput {
   readonly [name: string]: ValueInput | null | undefined;

@@ -1,3 +1,4 @@
+import { readSpec } from '../../examples/read_spec.mjs';
 import * as helpers from '../../lib/index.mjs';
 import { blob, bytes, le, packet, schemaBytes } from './encode.mjs';
 import { assert, test } from './module.mjs';
@@ -57,6 +58,16 @@ test('a block with a trailer is edited by building it again', () => {
   assert.deepEqual(values, { 7: [NaN, -0, Infinity, Math.fround(0.1)], baud: 1,
     inner: { x: [-(2n ** 63n)] }, unset: 9 });
   assert.equal(instance, 4);
+});
+
+test('the examples are built again byte for byte, with a trailer and without', () => {
+  for (const name of ['network_interface', 'sensor_array', 'thermostat']) {
+    const example = readSpec(new URL(`../../examples/${name}.json`, import.meta.url));
+    for (const hasCrc of [false, true]) {
+      const block = build({ ...example, hasCrc });
+      assert.ok(build(specFromBlock(parse(block))).equals(block), name);
+    }
+  }
 });
 
 test('a record keeps its own order', () => {
