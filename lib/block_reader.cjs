@@ -72,7 +72,8 @@ function addMissing(options, more) {
 function readRecord(packet, { fields }) {
   const cursor = new Cursor(packet);
   cursor.take(2);  // version, flags
-  const end = (cursor.size() + cursor.offset) & 0xffff;
+  const length = cursor.varint();
+  const end = Number(length + BigInt(cursor.offset) & 0xffffn);
   const values = [];
   while (cursor.offset < end) {
     const field = fields[cursor.unsigned(16)];

@@ -79,6 +79,16 @@ test('a record keeps its own order', () => {
     .equals(block));
 });
 
+test('of the length of a record 16 bits count', () => {
+  // Objects have these in their own order.
+  const fields = ['0', '1'].map((name) => ({ name, type: 9 }));
+  // 2^64 - 2^16 + 4 in ten bytes: in 16 bits the length of the four behind it.
+  const length = bytes(0x84, 0x80, 0xfc, Array(6).fill(0xff), 1);
+  const rawBytes = bytes(schemaBytes({ name: 'n'.repeat(20), fields }), 10, 0, length, 1, 0, 0, 0);
+  const names = specFromBlock({ rawBytes }).fields.map(({ name }) => name);
+  assert.deepEqual(names, ['0', '1', '1', '0']);
+});
+
 test('a spec that would lose something is not made', () => {
   const dto = parse(build(spec));
   const rows = [
