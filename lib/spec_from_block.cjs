@@ -40,14 +40,25 @@ function storedOrder(values, schema, packet) {
   return [];
 }
 
-// By name, without those that are null or undefined.
-function givenValues(what, record, fields) {
-  const known = new Set(fields.map(({ name }) => name));
-  const given = Object.entries(objectAt(record, what)).filter(([, value]) => value != null);
-  for (const [name] of given) {
-    if (!known.has(name)) refuse('INVALID_ARGUMENT', `${what}: no field '${name}' belongs there`);
+// By name, without those that are null or undefined. Building ignores names
+// that it does not know, in nested records too, so their values would be lost.
+function givenValues(path, record, fields) {
+  const known = new Map(fields.map((field) => [field.name, field]));
+  const given = Object.entries(objectAt(record, path)).filter(([, value]) => value != null);
+  for (const [name, value] of given) {
+    const field = known.get(name) ??
+      refuse('INVALID_ARGUMENT', `${path}: no field '${name}' belongs there`);
+    if (field.nested !== undefined) checkNested(`${path}.${name}`, value, field.nested);
   }
   return new Map(given);
+}
+
+// What is no record at all is left to building, which refuses it.
+function checkNested(path, value, nested) {
+  const { fields } = separate(nested);
+  const items = Array.isArray(value) ? value : [value];
+  items.filter((item) => typeof item === 'object' && item !== null)
+    .forEach((item) => givenValues(path, item, fields));
 }
 
 // Values are written in the order of the fields. A record of another order has

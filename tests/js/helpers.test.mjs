@@ -98,6 +98,8 @@ test('a spec that would lose something is not made', () => {
       'rawBytes must be a Buffer'],
     [{ rawBytes: Buffer.alloc(31) }, 'TRUNCATED', 'block smaller than minimum header size'],
     [{ ...dto, values: { buad: 1 } }, 'INVALID_ARGUMENT', "values: no field 'buad' belongs there"],
+    [{ ...dto, values: { inner: { c: 1 } } }, 'INVALID_ARGUMENT',
+      "values.inner: no field 'c' belongs there"],
     [{ ...dto, values: { __instance: 1 } }, 'INVALID_ARGUMENT',
       "values: no field '__instance' belongs there"],
     [{ ...dto, metaValues: {} }, 'INVALID_ARGUMENT',
