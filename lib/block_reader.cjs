@@ -42,7 +42,8 @@ function readDescriptor(cursor) {
   const name = cursor.text(cursor.uint32());
   const type = fieldTypes[cursor.uint8()];
   const flags = cursor.uint8();
-  if (type === undefined || (flags & ~(META | REPEATED)) !== 0) {
+  const isRecordConstant = type === 'datamap' && (flags & META) !== 0;
+  if (type === undefined || (flags & ~(META | REPEATED)) !== 0 || isRecordConstant) {
     refuse('NOT_IMPLEMENTED', `field '${name}' is of a kind that no BlockSpec can describe`);
   }
   return {
