@@ -7,8 +7,11 @@ const exported = ['napi_register_module_v1', 'node_api_module_get_api_version_v1
 // Debian 10, RHEL 8 and whatever came after them.
 const newest = { GLIBC: '2.28', GLIBCXX: '3.4.25' };
 
-const { v8 } = createRequire(import.meta.url)('node-api-headers').symbols;
-const nodeApi = new Set([...v8.js_native_api_symbols, ...v8.node_api_symbols]);
+// Loaded when it is needed: this file is also part of the task that installs it.
+function nodeApi() {
+  const { v8 } = createRequire(import.meta.url)('node-api-headers').symbols;
+  return new Set([...v8.js_native_api_symbols, ...v8.node_api_symbols]);
+}
 
 const readelf = (option, file) => runQuietly('readelf', ['-W', option, file]);
 const inOrder = (a, b) => a.localeCompare(b, 'en', { numeric: true });
@@ -36,7 +39,8 @@ function checkExports(symbols) {
 function checkImports(symbols) {
   const names = symbols.filter(({ isImport, name }) => isImport && /^(napi|node_api)_/.test(name))
     .map(({ name }) => name);
-  const later = names.filter((name) => !nodeApi.has(name));
+  const known = nodeApi();
+  const later = names.filter((name) => !known.has(name));
   return [[names.length !== 0 && later.length === 0, later.length === 0
     ? `imports ${names.length} functions of Node-API 8` : `imports ${later.join(', ')}`]];
 }
