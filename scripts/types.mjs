@@ -1,7 +1,9 @@
-// Compiles tests/types under every resolution that users have: what all of them
-// share once as a CommonJS module and once as an ES module.
+// Compiles tests/types and the examples in the documents under every resolution
+// that users have: what all of them share once as a CommonJS module and once as
+// an ES module.
 import { copyFileSync, mkdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
+import { documents, examplesIn } from './documents.mjs';
 import { needNpmPackages, root, run } from './setup.mjs';
 
 const resolutions = {
@@ -23,15 +25,25 @@ export function checkTypes() {
 
 // In a folder from where `brindle` is found.
 export function compileTypes(folder) {
+  const examples = writeExamples(folder);
   for (const [kind, files] of Object.entries(kinds)) {
     for (const [from, to] of Object.entries(files)) {
       copyFileSync(join(root, 'tests/types', from), join(folder, to));
     }
     for (const [resolution, compilerOptions] of Object.entries(resolutions)) {
-      compile(folder, Object.values(files), compilerOptions);
+      compile(folder, [...Object.values(files), ...examples], compilerOptions);
       console.log(`types: ${kind}, ${resolution}: good uses compile, bad ones do not`);
     }
   }
+}
+
+// Each in a file of its own; returns their names.
+function writeExamples(folder) {
+  return documents.flatMap((path) => examplesIn(path, 'ts')).map((code, i) => {
+    const file = `example_${i}.mts`;
+    writeFileSync(join(folder, file), code);
+    return file;
+  });
 }
 
 function compile(folder, files, compilerOptions) {
