@@ -19,7 +19,9 @@ const REPEATED = 2;
 function readSchema(bytes) {
   const cursor = new Cursor(bytes);
   cursor.take(5);  // magic, version
-  const hasCrc = (cursor.uint8() & HAS_CRC) !== 0;
+  const flags = cursor.uint8();
+  if ((flags & ~HAS_CRC) !== 0) refuse('NOT_IMPLEMENTED', 'a schema has flags that no BlockSpec can set');
+  const hasCrc = flags !== 0;
   const size = HEADER_SIZE + cursor.uint16() + (hasCrc ? 2 : 0);
   cursor.take(4);  // checksum
   const count = cursor.uint32();
@@ -42,8 +44,8 @@ function readDescriptor(cursor) {
   const name = cursor.text(cursor.uint32());
   const type = fieldTypes[cursor.uint8()];
   const flags = cursor.uint8();
-  const isRecordConstant = type === 'datamap' && (flags & META) !== 0;
-  if (type === undefined || (flags & ~(META | REPEATED)) !== 0 || isRecordConstant) {
+  const isUnknown = type === undefined || (flags & ~(META | REPEATED)) !== 0;
+  if (isUnknown || (type === 'datamap' && (flags & META) !== 0)) {
     refuse('NOT_IMPLEMENTED', `field '${name}' is of a kind that no BlockSpec can describe`);
   }
   return {
@@ -73,8 +75,7 @@ function addMissing(options, more) {
 function readRecord(packet, { fields }) {
   const cursor = new Cursor(packet);
   cursor.take(2);  // version, flags
-  const length = cursor.varint();
-  const end = Number(length + BigInt(cursor.offset) & 0xffffn);
+  const end = (cursor.unsigned(16) + cursor.offset) & 0xffff;
   const values = [];
   while (cursor.offset < end) {
     const field = fields[cursor.unsigned(16)];

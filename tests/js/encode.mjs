@@ -20,10 +20,11 @@ export function crc(data, register, polynomial) {
 export const jamcrc = (data) => crc(data, 0xffffffff, 0xedb88320);
 
 // A field has a name, a type's code and perhaps flags, options (as [name,
-// code]), a nested schema, and a constant of one byte as it is packed.
+// code]), a nested schema, and a constant as it is packed, with its checksum if
+// that is not the one of these bytes.
 const schemaCrc = ({ name = '', flags = 0, fields = [] }) => jamcrc(bytes(name, flags,
   ...fields.flatMap((f) => [f.name, f.type, f.flags ?? 0, ...(f.options ?? []).flat(),
-    f.nested ? le(schemaCrc(f.nested), 4) : '', f.constant ? le(jamcrc(f.constant), 4) : ''])));
+    f.nested ? le(schemaCrc(f.nested), 4) : '', f.constant ? le(f.constantCrc ?? jamcrc(f.constant), 4) : ''])));
 const sized = (part) => bytes(le(bytes(part).length, 4), part);
 const descriptor = ({ name, type, flags = 0, options, nested, constant }) => bytes(
   sized(name), type, flags, options ? le(options.length, 4) : '',

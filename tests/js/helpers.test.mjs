@@ -1,6 +1,6 @@
 import { readSpec } from '../../examples/read_spec.mjs';
 import * as helpers from '../../lib/index.mjs';
-import { blob, bytes, le, packet, schemaBytes } from './encode.mjs';
+import { blob, bytes, jamcrc, le, packet, schemaBytes } from './encode.mjs';
 import { assert, test } from './module.mjs';
 
 const { BrindleError, buildBlock, fromJSON, joinBlocks, packMetaBlock, parseConfigBlob,
@@ -112,9 +112,14 @@ test('a spec that would lose something is not made', () => {
     bytes(schemaBytes({ name: 'n'.repeat(20), fields: [field] }), packet(...record)) });
   const kind = "field 'f' is of a kind that no BlockSpec can describe";
   const text = 'a string cannot be kept in JavaScript: 0x';
+  const constant = { nested: { fields: [{ name: 'x', type: 4 }] }, constant: bytes(5, 10, 0, 2, 0, 7),
+    constantCrc: jamcrc(bytes('x', le(jamcrc(bytes(7)), 4))) };
   for (const [raw, message] of [
     [block(field({ type: 13 })), kind],
     [block(field({ flags: 4 })), kind],
+    [block(field({ type: 12, flags: 1, ...constant })), kind],
+    [{ rawBytes: schemaBytes({ name: 'n'.repeat(20), flags: 2 }) },
+      'a schema has flags that no BlockSpec can set'],
     [block(field({ name: bytes(0xff) })), `${text}ff`],
     [block(field(), 0, 2, 'a\0'), `${text}6100`],
   ]) rows.push([raw, 'NOT_IMPLEMENTED', message]);
