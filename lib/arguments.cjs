@@ -20,6 +20,7 @@ const arrayAt = (value, path) => Array.isArray(value) ? [...value] : wrong(path,
 // them any more.
 function bytesAt(value, path, place) {
   if (!ArrayBuffer.isView(value) || value instanceof DataView) wrong(path, 'a Buffer', place);
+  if (value.byteLength === 0) return Buffer.alloc(0);
   return Buffer.from(new Uint8Array(value.buffer, value.byteOffset, value.byteLength));
 }
 

@@ -79,6 +79,12 @@ test('a record keeps its own order', () => {
     .equals(block));
 });
 
+function detached() {
+  const view = new Uint8Array(32);
+  structuredClone(view, { transfer: [view.buffer] });
+  return view;
+}
+
 test('of the length of a record 16 bits count', () => {
   // Objects have these in their own order.
   const fields = ['0', '1'].map((name) => ({ name, type: 9 }));
@@ -97,6 +103,7 @@ test('a spec that would lose something is not made', () => {
     [{ ...dto, rawBytes: new DataView(new ArrayBuffer(40)) }, 'INVALID_ARGUMENT',
       'rawBytes must be a Buffer'],
     [{ rawBytes: Buffer.alloc(31) }, 'TRUNCATED', 'block smaller than minimum header size'],
+    [{ rawBytes: detached() }, 'TRUNCATED', 'block smaller than minimum header size'],
     [{ ...dto, values: { buad: 1 } }, 'INVALID_ARGUMENT', "values: no field 'buad' belongs there"],
     [{ ...dto, values: { inner: { c: 1 } } }, 'INVALID_ARGUMENT',
       "values.inner: no field 'c' belongs there"],
