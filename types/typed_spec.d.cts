@@ -140,6 +140,14 @@ export type ValuesInputOf<S extends BlockSpec | NestedSpec> = RecordInput<Fields
 
 type KeyOf<Union> = Union extends unknown ? keyof Union : never;
 
+/** The keys of fields that only those of one type have. */
+interface KeyByType {
+  enum: 'enumOptions';
+  datamap: 'nested';
+}
+type KeyOfType<Field> =
+  Field extends { readonly type: infer Type extends keyof KeyByType } ? KeyByType[Type] : never;
+
 /**
  * A spec as it should be, for the parameter of `buildBlock`: with values of
  * records that fit their `nested` schema and codes that its enums have, as far
@@ -160,8 +168,12 @@ type CheckedFields<List, Known> = {
 type CheckedField<Field, Known> = {
   readonly [Key in keyof Field]: Key extends 'value'
     ? CheckedValue<Field, Field[Key]>
-    : Key extends Known ? Field[Key] : never;
+    : Key extends KeyByType[keyof KeyByType]
+      ? Key extends KeyOfType<Field> ? CheckedDetail<Key, Field[Key]> : undefined
+      : Key extends Known ? Field[Key] : never;
 };
+
+type CheckedDetail<Key, V> = Key extends 'nested' ? CheckedSpec<V> : V;
 
 type CheckedValue<Field, V> = Field extends { readonly type: 'datamap'; readonly nested: infer Nested }
   ? V extends readonly unknown[]

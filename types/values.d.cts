@@ -79,6 +79,6 @@ type ValueLike<T> = T extends Integer | string | boolean | null | undefined
   ? T
   : T extends readonly (infer Item)[]
     ? readonly ValueLike<Item>[]
-    : T extends (...args: never) => unknown
+    : T extends symbol | ((...args: never) => unknown)
       ? never
       : ValuesLike<T>;

@@ -153,6 +153,14 @@ buildBlock({ metaName: 'm', metafields: constants });
 // @ts-expect-error: so would one of a field
 buildBlock({ metaName: 'm', fields: [{ name: 'n', type: 'int8', repeatd: true }] });
 
+// @ts-expect-error: and one of a nested schema
+buildBlock({ metaName: 'm', fields: [{ name: 'n', type: 'datamap', nested: { metaName: 'p', feilds: [] } }] });
+// @ts-expect-error: the block could not be read
+buildBlock({ metaName: 'm', fields: [{ name: 'n', type: 'int8', nested: { metaName: 'p' } }] });
+const either = [{ name: 'n', type: 'int8' as const },
+  { name: 'p', type: 'datamap' as const, nested: { metaName: 'p', fields: [] } }];
+buildBlock({ metaName: 'm', fields: either });
+
 const thermostat = {
   metaName: 'thermostat',
   hasCrc: true,
@@ -232,6 +240,8 @@ packMetaBlock({ rawBytes: bytes });
 packMetaBlock({ values: { target: 19.5 } });
 // @ts-expect-error: a Date is no value
 packMetaBlock({ rawBytes: bytes, values: { target: new Date() } });
+// @ts-expect-error: nor is a symbol
+packMetaBlock({ rawBytes: bytes, values: { target: Symbol() } });
 // @ts-expect-error: a Buffer is no array
 packMetaBlock({ rawBytes: bytes, values: { list: bytes } });
 
