@@ -10,8 +10,6 @@
 const { join } = require('node:path');
 const platform = require('./platform.cjs');
 
-const root = join(__dirname, '..');
-
 // The paths are literals inside a `try`, so that bundlers take along the files
 // that exist and pass over the others.
 function open(folder) {
@@ -54,7 +52,9 @@ function load() {
   return { native: {}, error: explain(tried, description) };
 }
 
+// Only here is the folder asked for: ES modules that bundlers write have none.
 function explain(tried, description) {
+  const root = join(__dirname, '..');
   const attempts = tried.map(([folder, error]) =>
     `  ${join(root, folder, 'brindle.node')}: ${reasonOf(error)}\n`);
   const cause = tried.map(([, error]) => error).find((error) => !isMissing(error));

@@ -71,8 +71,7 @@ function useBundled({ folder, env }) {
     const outfile = join(elsewhere, `bundled.${format === 'cjs' ? 'cjs' : 'mjs'}`);
     // In an ES module the bundler leaves `require` to the one who bundles.
     const banner = format === 'esm' ? "import { createRequire } from 'node:module';" +
-      'const require = createRequire(import.meta.url);' +
-      "const __dirname = import.meta.dirname ?? '.';" : '';
+      'const require = createRequire(import.meta.url);' : '';
     quietly({ folder, env }, tool('esbuild/bin/esbuild'), 'bundled.mjs', '--bundle',
       '--platform=node', '--loader:.node=copy', `--format=${format}`, `--banner:js=${banner}`,
       '--log-level=error', `--outfile=${outfile}`);
