@@ -24,18 +24,16 @@ const hosts = {
 
 export function smoke(tarball) {
   const folder = realpathSync(mkdtempSync(join(tmpdir(), 'brindle-package-')));
-  try {
-    for (const scripts of ['off', 'on']) {
-      const project = install(tarball, join(folder, `scripts-${scripts}`), scripts);
-      console.log(`installed without a compiler, scripts ${scripts}, and used in ${useIn(project)}`);
-      useBundled(project);
-    }
-    const project = install(tarball, join(folder, 'types'), 'off');
-    compileTypes(project.folder);
-    rebuild(project);
-  } finally {
-    rmSync(folder, { recursive: true });
+  // Not `finally`, which is passed over when a check ends the process.
+  process.on('exit', () => rmSync(folder, { recursive: true, force: true }));
+  for (const scripts of ['off', 'on']) {
+    const project = install(tarball, join(folder, `scripts-${scripts}`), scripts);
+    console.log(`installed without a compiler, scripts ${scripts}, and used in ${useIn(project)}`);
+    useBundled(project);
   }
+  const project = install(tarball, join(folder, 'types'), 'off');
+  compileTypes(project.folder);
+  rebuild(project);
 }
 
 // A project whose only dependency is the tarball.
