@@ -3,7 +3,7 @@
 // Needs CMake, a C++20 compiler and, unless node-addon-api and
 // node-api-headers are installed already, npm to fetch these two.
 import { spawnSync } from 'node:child_process';
-import { mkdirSync, readFileSync } from 'node:fs';
+import { mkdirSync, readFileSync, rmSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { availableParallelism } from 'node:os';
 import { delimiter, join } from 'node:path';
@@ -56,6 +56,8 @@ if (!isOnPath('cmake')) {
     '    winget install Kitware.CMake             (Windows, beside Visual Studio)');
 }
 if (!hasHeaders()) fetchHeaders();
+// CMake refuses what it prepared for a package that then moved.
+rmSync(buildFolder, { recursive: true, force: true });
 run('cmake', ['-S', root, '-B', buildFolder, '-DCMAKE_BUILD_TYPE=Release']);
 run('cmake', ['--build', buildFolder, '--config', 'Release',
   '--parallel', String(availableParallelism())]);

@@ -79,10 +79,14 @@ function useBundled({ folder, env }) {
   console.log('bundled by esbuild as CommonJS and as an ES module');
 }
 
-// Takes the module away; what the error says then brings one back.
+// Takes the module away; what the error says then brings one back, even where
+// a build was prepared before the package moved.
 function rebuild({ folder, env }) {
   const installed = join(folder, 'node_modules/brindle');
   rmSync(join(installed, 'prebuilds'), { recursive: true });
+  mkdirSync(join(installed, 'build/Release'), { recursive: true });
+  writeFileSync(join(installed, 'build/Release/CMakeCache.txt'),
+    `CMAKE_HOME_DIRECTORY:INTERNAL=${folder}\n`);
   const { stderr } = spawnSync(process.execPath, ['required.cjs'],
     { cwd: folder, env, encoding: 'utf8' });
   const [, command] = /^ {2}node "(.+)"$/m.exec(stderr) ?? fail(`unhelpful: ${stderr}`);
