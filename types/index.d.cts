@@ -140,10 +140,13 @@ export declare function calcNgConfigHash(blob: Bytes): Result<Buffer>;
  * The BlockSpec that builds a parsed block again, byte for byte, with whatever
  * has been edited in `values` and `metaValues`. The schema, its order and
  * `hasCrc` are those of `rawBytes`; `values` and `metaValues` are as stored if
- * they are left out. This is how a block with `hasCrc` is edited.
+ * they are left out. This is how a block with `hasCrc` is edited. Unlike the
+ * edits of `packMetaBlock`, `values` is the whole record: a field that it lacks,
+ * or that is null there, has no value any more.
  *
  * Bytes that mean nothing are not built again: constants come after the fields,
- * a trailer of the data packet and bytes after it are left out.
+ * trailers of the data packet and of nested schemas and bytes after the packet
+ * are left out, and a block without a data packet gets an empty one.
  *
  * @throws {BrindleError} of any code that `parseMetaBlock` answers;
  * `CORRUPTED_META` for a record that cannot be read, and so would be lost;
