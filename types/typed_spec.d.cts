@@ -165,11 +165,20 @@ type CheckedFields<List, Known> = {
   readonly [Index in keyof List]: CheckedField<List[Index], Known>;
 };
 
+type Fitting<V, Expected> = V extends Expected ? V : MustBe<Expected>;
+
+/** For the compiler's message: what `V & Expected` comes to is often never. */
+interface MustBe<Expected> {
+  readonly mustBe: Expected;
+}
+
 type CheckedField<Field, Known> = {
   readonly [Key in keyof Field]: Key extends 'value'
     ? CheckedValue<Field, Field[Key]>
     : Key extends KeyByType[keyof KeyByType]
-      ? Key extends KeyOfType<Field> ? CheckedDetail<Key, Field[Key]> : undefined
+      ? Key extends KeyOfType<Field>
+        ? CheckedDetail<Key, Field[Key]>
+        : Fitting<Field[Key], undefined>
       : Key extends Known ? Field[Key] : never;
 };
 
@@ -179,7 +188,7 @@ type CheckedValue<Field, V> = Field extends { readonly type: 'datamap'; readonly
   ? V extends readonly unknown[]
     ? { readonly [Index in keyof V]: CheckedRecord<FieldsOf<Nested>, V[Index]> }
     : CheckedRecord<FieldsOf<Nested>, V>
-  : number extends V | Listed<V> ? V : Input<Field> | null | undefined;
+  : number extends V | Listed<V> ? V : Fitting<V, Input<Field> | null | undefined>;
 
 type CheckedRecord<Field, V> = IsLiteral<Field> extends false
   ? V
