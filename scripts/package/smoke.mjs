@@ -52,7 +52,10 @@ const quietly = ({ folder, env }, command, ...args) =>
 
 // The names of the hosts in which it works; one in which it does not ends all.
 function useIn(project) {
-  const present = Object.entries(hosts).filter(([, [program]]) => existsSync(program));
+  const isPresent = ([, [program]]) => existsSync(program);
+  const present = Object.entries(hosts).filter(isPresent);
+  const absent = Object.entries(hosts).filter((host) => !isPresent(host)).map(([name]) => name);
+  if (absent.length !== 0) console.log(`not tried, as npm has none for here: ${absent.join(', ')}`);
   for (const [name, command] of present) {
     for (const [script, expected] of [['required.cjs', 'required'], ['imported.mjs', 'imported']]) {
       const output = quietly(project, ...command, script);
