@@ -6,8 +6,11 @@
 
 #if defined(__GLIBC__) && defined(__GLIBCXX__)
 
-// Shared pointers count without atomic instructions while this is not 0. Node.js
-// always runs several threads, so the C library's own says the same there.
+// The names are those of the libraries.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+
+// While it is not 0, shared pointers count without atomic instructions. Node.js
+// always runs several threads, for which the C library's own is 0 too.
 extern "C" {
 extern const char __libc_single_threaded;
 const char __libc_single_threaded = 0;
@@ -19,5 +22,7 @@ namespace std {
 void __throw_bad_array_new_length() { throw bad_array_new_length(); }
 
 }  // namespace std
+
+// NOLINTEND(bugprone-reserved-identifier)
 
 #endif
