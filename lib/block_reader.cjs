@@ -1,68 +1,128 @@
 'use strict';
 
-// Reads from a block what parsing does not answer: the order of enum entries
-// and of the record's values, which objects lose for names like '10', flags,
-// the constants of nested schemas, and strings that are not text. Only for
-// blocks that parseMetaBlock has accepted.
+// Reads blocks element by element, with the checks of the native reader except
+// for checksums. It knows what parsing does not answer: where each element
+// stands, the order of enum entries and of the record's values, which objects
+// lose for names like '10', flags, the constants of nested schemas, and strings
+// that are not text.
 
-const Cursor = require('./cursor.cjs');
-const { refuse } = require('./errors.cjs');
+const { readRecord, readValue } = require('./record_reader.cjs');
 const fieldTypes = require('./field_types.cjs');
 
+const MAGIC = 0x5343484d;
+const VERSION = 10;
 const HEADER_SIZE = 17;
+const MOST_FIELDS = 100;
+const LONGEST_NAME = 254;
+const DEEPEST = 5;
 const HAS_CRC = 1;
 const META = 1;
 const REPEATED = 2;
 
-// The schema at the start of a block: its name and flag, its fields in order
-// with the values of constants, and how many bytes it takes.
-function readSchema(bytes) {
-  const cursor = new Cursor(bytes);
-  cursor.take(5);  // magic, version
-  const flags = cursor.uint8();
-  if ((flags & ~HAS_CRC) !== 0) refuse('NOT_IMPLEMENTED', 'a schema has flags that no BlockSpec can set');
-  const hasCrc = flags !== 0;
-  const size = HEADER_SIZE + cursor.uint16() + (hasCrc ? 2 : 0);
-  cursor.take(4);  // checksum
-  const count = cursor.uint32();
-  const metaName = cursor.text(cursor.uint8());
-  const fields = new Map();
-  for (let i = 0; i < count; i++) readField(cursor, fields);
-  return { metaName, hasCrc, fields: [...fields.values()], size };
+// A whole block: its schema and the entries of its record, if there is one.
+function readBlock(cursor) {
+  const schema = cursor.group('schema', () => readSchema(cursor));
+  if (cursor.offset === cursor.end) return { schema, record: [] };
+  return { schema, record: cursor.group('record', () => readRecord(cursor, schema)) };
 }
 
-// Adds one field. A second one of its name only brings enum entries.
-function readField(cursor, fields) {
-  const described = readDescriptor(cursor);
+// Its name and flags, and its fields in order with the values of constants.
+function readSchema(cursor, level = 1) {
+  const start = cursor.offset;
+  if (level > DEEPEST) cursor.fail(start, `schemas nest at most ${DEEPEST} levels deep`);
+  const header = cursor.group('header', () => readHeader(cursor));
+  const metaName = cursor.element('name', () => readName(cursor, header.nameLength));
+  const fields = new Map();
+  for (let i = 0; i < header.count; i++) {
+    cursor.group('field', () => readField(cursor, fields, level));
+  }
+  cursor.endOfSchema(start);
+  const end = start + HEADER_SIZE + header.bodySize;
+  if (cursor.offset < end) cursor.element('unused', () => cursor.take(end - cursor.offset));
+  cursor.offset = end;  // also when fields have gone beyond
+  if ((header.flags & HAS_CRC) !== 0) cursor.trailer(start);
+  return { metaName, flags: header.flags, fields: [...fields.values()] };
+}
+
+function readHeader(cursor) {
+  const start = cursor.offset;
+  const magic = cursor.element('magic', () => cursor.uint32(), hex32);
+  const version = cursor.element('version', () => cursor.uint8());
+  const flags = cursor.element('flags', () => cursor.uint8());
+  const bodySize = cursor.element('bodySize', () => cursor.uint16());
+  cursor.element('checksum', () => cursor.uint32(), hex32);
+  const count = cursor.element('fieldsCount', () => cursor.uint32());
+  const nameLength = cursor.element('nameLength', () => cursor.uint8());
+  if (magic !== MAGIC) cursor.fail(start, 'no block begins here: the magic is not MHCS');
+  if (version !== VERSION) cursor.fail(start + 4, `version ${version} instead of ${VERSION}`);
+  if (bodySize > cursor.end - cursor.offset) {
+    cursor.fail(start + 6, `a body of ${bodySize} bytes, of which ${cursor.end - cursor.offset} are there`);
+  }
+  if (count > MOST_FIELDS) cursor.fail(start + 12, `${count} fields, more than ${MOST_FIELDS}`);
+  return { flags, bodySize, count, nameLength };
+}
+
+const hex32 = (value) => `0x${value.toString(16).padStart(8, '0')}`;
+
+// Adds one field. A second one of its name only brings enum entries, and its
+// constant is the first one's.
+function readField(cursor, fields, level) {
+  const start = cursor.offset;
+  const described = readDescriptor(cursor, level);
   const field = fields.get(described.name) ?? described;
+  if (field.type !== described.type) {
+    cursor.fail(start, `a second field '${field.name}', of another type`);
+  }
   fields.set(field.name, field);
   if (field !== described) addMissing(field.enumOptions, described.enumOptions);
-  if (field.isMeta) field.value = readValue(cursor, field);
+  if (field.isMeta) {
+    field.value = cursor.group('constant', () => readValue(cursor, field));
+  }
 }
 
-function readDescriptor(cursor) {
-  const name = cursor.text(cursor.uint32());
-  const type = fieldTypes[cursor.uint8()];
-  const flags = cursor.uint8();
-  const isUnknown = type === undefined || (flags & ~(META | REPEATED)) !== 0;
-  if (isUnknown || (type === 'datamap' && (flags & META) !== 0)) {
-    refuse('NOT_IMPLEMENTED', `field '${name}' is of a kind that no BlockSpec can describe`);
-  }
+function readDescriptor(cursor, level) {
+  const name = readSizedName(cursor, 'name');
+  const code = cursor.element('type', () => cursor.uint8(), (code) => typeName(code));
+  const flags = cursor.element('flags', () => cursor.uint8(), showFlags);
+  const type = fieldTypes[code];
   return {
     name,
     type,
+    code,
+    flags,
     repeated: (flags & REPEATED) !== 0,
     isMeta: (flags & META) !== 0,
     enumOptions: type === 'enum' ? readEnumOptions(cursor) : [],
-    nested: type === 'datamap' ? readSchema(cursor.take(cursor.uint32())) : undefined,
+    nested: type === 'datamap' ? readNested(cursor, level) : undefined,
   };
 }
 
+const typeName = (code) => fieldTypes[code] ?? `unknown type ${code}`;
+const showFlags = (flags) => `${flags}` + (flags & META ? ', constant' : '') +
+  (flags & REPEATED ? ', repeated' : '');
+
+function readSizedName(cursor, what) {
+  const length = cursor.element(`${what} length`, () => cursor.uint32());
+  return cursor.element(what, () => readName(cursor, length));
+}
+
+function readName(cursor, length) {
+  if (length > LONGEST_NAME) {
+    cursor.fail(cursor.offset, `a name of ${length} bytes, more than ${LONGEST_NAME}`);
+  }
+  return cursor.text(length);
+}
+
 function readEnumOptions(cursor) {
-  return Array.from({ length: cursor.uint32() }, () => {
-    const key = cursor.text(cursor.uint32());
-    return { key, code: cursor.uint8() };
-  });
+  const start = cursor.offset;
+  const count = cursor.element('entries', () => cursor.uint32());
+  if (count === 0) cursor.fail(start, 'an enum without entries');
+  const options = [];
+  while (options.length < count) {
+    const key = readSizedName(cursor, 'entry');
+    options.push({ key, code: cursor.element('code', () => cursor.uint8()) });
+  }
+  return options;
 }
 
 function addMissing(options, more) {
@@ -71,40 +131,16 @@ function addMissing(options, more) {
   }
 }
 
-// The values of a data packet, each with the name of its field, as stored.
-function readRecord(packet, { fields }) {
-  const cursor = new Cursor(packet);
-  cursor.take(2);  // version, flags
-  const end = (cursor.unsigned(16) + cursor.offset) & 0xffff;
-  const values = [];
-  while (cursor.offset < end) {
-    const field = fields[cursor.unsigned(16)];
-    values.push([field.name, readValue(cursor, field)]);
-  }
-  return values;
+function readNested(cursor, level) {
+  const start = cursor.offset;
+  const size = cursor.element('schema size', () => cursor.uint32());
+  if (size === 0) cursor.fail(start, 'a nested schema of no bytes');
+  const part = cursor.part(size);
+  return part.group('nested schema', () => {
+    const schema = readSchema(part, level + 1);
+    if (part.offset < part.end) part.element('unused', () => part.take(part.end - part.offset));
+    return schema;
+  });
 }
 
-function readValue(cursor, field) {
-  const read = valueReaders[field.type];
-  if (!field.repeated) return read(cursor, field);
-  return Array.from({ length: cursor.size() }, () => read(cursor, field));
-}
-
-const valueReaders = {
-  int8: (cursor) => cursor.int8(),
-  int16: (cursor) => cursor.zigzag(16),
-  int32: (cursor) => cursor.zigzag(32),
-  int64: (cursor) => cursor.zigzag(64),
-  uint8: (cursor) => cursor.uint8(),
-  uint16: (cursor) => cursor.unsigned(16),
-  uint32: (cursor) => cursor.unsigned(32),
-  uint64: (cursor) => cursor.unsigned(64),
-  float: (cursor) => cursor.float(),
-  string: (cursor) => cursor.text(cursor.size()),
-  enum: (cursor) => cursor.uint8(),
-  bool: (cursor) => cursor.uint8() !== 0,
-  datamap: (cursor, { nested }) =>
-    Object.fromEntries(readRecord(cursor.take(cursor.size()), nested)),
-};
-
-module.exports = { readRecord, readSchema };
+module.exports = { HAS_CRC, KNOWN_FLAGS: META | REPEATED, readBlock, readSchema };

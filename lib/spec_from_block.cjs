@@ -1,9 +1,11 @@
 'use strict';
 
 const { bytesAt, objectAt } = require('./arguments.cjs');
-const { readRecord, readSchema } = require('./block_reader.cjs');
+const { HAS_CRC, KNOWN_FLAGS, readSchema } = require('./block_reader.cjs');
+const { Cursor } = require('./cursor.cjs');
 const { refuse, unwrap } = require('./errors.cjs');
 const { parseMetaBlock } = require('./load.cjs').native;
+const { readRecord } = require('./record_reader.cjs');
 
 // The schema is the one in `rawBytes`, where nothing about it is lost; the
 // values are those of the object, which may have been edited.
@@ -11,17 +13,23 @@ function specFromBlock(dto) {
   const { rawBytes, values, metaValues } = objectAt(dto, 'the block');
   const bytes = bytesAt(rawBytes, 'rawBytes');
   const stored = unwrap(parseMetaBlock(bytes));
-  const schema = readSchema(bytes);
-  const order = storedOrder(stored.values, schema, bytes.subarray(schema.size));
+  const cursor = new Cursor(bytes);
+  const schema = readSchema(cursor);
+  const order = storedOrder(stored.values, schema, cursor);
   const { fields, constants } = separate(schema);
   const given = givenValues('values', values ?? stored.values, fields);
   const givenConstants = givenValues('metaValues', metaValues ?? stored.metaValues, constants);
+  checkFlags(schema, HAS_CRC);
   return {
     metaName: schema.metaName,
-    hasCrc: schema.hasCrc,
+    hasCrc: schema.flags === HAS_CRC,
     fields: recordSpecs(fields, given, order),
     metaFields: constantSpecs(constants, givenConstants),
   };
+}
+
+function checkFlags({ flags }, known) {
+  if ((flags & ~known) !== 0) refuse('NOT_IMPLEMENTED', 'a schema has flags that no BlockSpec can set');
 }
 
 const separate = ({ fields }) => ({
@@ -31,10 +39,11 @@ const separate = ({ fields }) => ({
 
 // The names of the stored values. Without any, a packet that is not the empty
 // one holds a record that is damaged, or that its own writer made unreadable.
-function storedOrder(values, schema, packet) {
+function storedOrder(values, schema, cursor) {
   if (Object.keys(values).length !== 0) {
-    return readRecord(packet, schema).map(([name]) => name);
+    return readRecord(cursor, schema).map(([name]) => name);
   }
+  const packet = cursor.bytes.subarray(cursor.offset);
   const isEmpty = packet.length === 0 || (packet[0] === 10 && packet[2] === 0);
   if (!isEmpty) refuse('CORRUPTED_META', 'the record of the block cannot be read');
   return [];
@@ -82,7 +91,11 @@ function constantSpecs(fields, values) {
   return fields.map((field) => fieldSpec(field, values));
 }
 
-function fieldSpec({ name, type, repeated, enumOptions, nested }, values) {
+function fieldSpec({ name, type, flags, repeated, isMeta, enumOptions, nested }, values) {
+  const isKnown = type !== undefined && (flags & ~KNOWN_FLAGS) === 0;
+  if (!isKnown || (isMeta && nested !== undefined)) {
+    refuse('NOT_IMPLEMENTED', `field '${name}' is of a kind that no BlockSpec can describe`);
+  }
   const spec = { name, type, repeated };
   if (type === 'enum') spec.enumOptions = enumOptions;
   if (nested !== undefined) spec.nested = nestedSpec(nested);
@@ -92,6 +105,7 @@ function fieldSpec({ name, type, repeated, enumOptions, nested }, values) {
 
 // Its constants stand in the schema, its values in the record.
 function nestedSpec(schema) {
+  checkFlags(schema, 0);
   const { fields, constants } = separate(schema);
   const values = new Map(constants.map(({ name, value }) => [name, value]));
   return {
