@@ -5,14 +5,17 @@ import { cpus } from 'node:os';
 import { join } from 'node:path';
 import { bench } from './bench.mjs';
 import { fuzz } from './fuzz.mjs';
+import { man } from './man.mjs';
 import { measureCoverage } from './coverage.mjs';
 import { mutate } from './mutate.mjs';
 import { makePackage } from './package.mjs';
 import {
   build, fail, needDebianPackages, needNpmPackages, root, run, runQuietly,
+  wishDebianPackages,
 } from './setup.mjs';
 import { fuzzJs, runJsFuzz } from './js_fuzz.mjs';
 import { sanitizedModuleEnv, sanitizerEnv } from './sanitizer.mjs';
+import { takeScreenshots } from './screenshots.mjs';
 import { checkTypes } from './types.mjs';
 
 function buildModule() {
@@ -35,6 +38,7 @@ function runNativeTests(folder, env = process.env) {
 }
 
 function runJsTests(env = process.env, except = []) {
+  wishDebianPackages('chromium');
   // Named one by one: what a folder means to --test depends on the version.
   const files = readdirSync(join(root, 'tests/js'))
     .filter((name) => name.endsWith('.test.mjs') && !except.includes(name))
@@ -52,11 +56,17 @@ function demo() {
   run(process.execPath, ['examples/demo.mjs']);
 }
 
+function screenshots() {
+  buildModule();
+  return takeScreenshots();
+}
+
 function test() {
   runNativeTests(buildWithTests('dev', 'Release'));
   runJsTests();
   runJsFuzz();
   checkTypes();
+  man('--check');
 }
 
 // With the module that is there, however it was built. The test of failing
@@ -120,7 +130,7 @@ function lint() {
 
 const tasks = {
   build: buildModule, demo, test, 'test:js': testJs, asan, fuzz, 'fuzz:js': fuzzJs, bounds, soak,
-  coverage, mutate, bench, lint, format, package: makePackage,
+  coverage, mutate, bench, lint, format, package: makePackage, man, screenshots,
 };
 
 const task = tasks[process.argv[2]];

@@ -57,23 +57,37 @@ const debianPackages = {
   llvm: () => onPath('llvm-symbolizer') && onPath('llvm-cov'),
   'clang-format': () => onPath('clang-format'),
   'clang-tidy': () => onPath('run-clang-tidy'),
+  chromium: () => onPath('chromium'),
+  pngquant: () => onPath('pngquant'),
 };
 
+const missingOf = (names) => names.filter((name) => !debianPackages[name]());
+const canInstall = () => process.getuid?.() === 0 && onPath('apt-get');
+
 export function needDebianPackages(...names) {
-  const missing = names.filter((name) => !debianPackages[name]());
+  const missing = missingOf(names);
   if (missing.length === 0) return;
-  if (process.getuid?.() !== 0 || !onPath('apt-get')) {
+  if (!canInstall()) {
     fail('build tools are missing. On Debian or Ubuntu run\n' +
       `    sudo apt-get install -y ${missing.join(' ')}`);
   }
-  console.log(`brindle: installing ${missing.join(', ')}`);
+  install(missing, runQuietly);
+}
+
+// For what is of use but not necessary: installs it where that is possible.
+export function wishDebianPackages(...names) {
+  const missing = missingOf(names);
+  if (missing.length !== 0 && canInstall()) install(missing, spawnSync);
+}
+
+function install(names, runLast) {
+  console.log(`brindle: installing ${names.join(', ')}`);
   const env = { ...process.env, DEBIAN_FRONTEND: 'noninteractive' };
-  const install =
-    ['install', '-y', '-qq', '--no-install-recommends', ...missing];
+  const args = ['install', '-y', '-qq', '--no-install-recommends', ...names];
   // On a new machine the package lists are absent or out of date.
-  if (spawnSync('apt-get', install, { env, stdio: 'ignore' }).status !== 0) {
-    runQuietly('apt-get', ['update', '-qq'], { env });
-    runQuietly('apt-get', install, { env });
+  if (spawnSync('apt-get', args, { env, stdio: 'ignore' }).status !== 0) {
+    runLast('apt-get', ['update', '-qq'], { env });
+    runLast('apt-get', args, { env });
   }
 }
 

@@ -28,6 +28,7 @@ export function smoke(tarball) {
   process.on('exit', () => rmSync(folder, { recursive: true, force: true }));
   for (const scripts of ['off', 'on']) {
     const project = install(tarball, join(folder, `scripts-${scripts}`), scripts);
+    useCommand(project);
     console.log(`installed without a compiler, scripts ${scripts}, and used in ${useIn(project)}`);
     useBundled(project);
   }
@@ -63,6 +64,15 @@ function useIn(project) {
     }
   }
   return present.map(([name]) => name).join(', ');
+}
+
+// The command that npm puts on the path, of a script of npm.
+function useCommand({ folder, env }) {
+  const command = join(folder, 'node_modules/.bin/brindle');
+  writeFileSync(join(folder, 'spec.json'), '{"metaName": "made-by-the-command"}');
+  quietly({ folder, env }, command, 'build', 'spec.json', '-o', 'block.bin');
+  const output = quietly({ folder, env }, command, 'check', 'block.bin');
+  if (!output.startsWith('block.bin: ok')) fail(`brindle check: ${output}`);
 }
 
 // Away from the installed package, so that nothing but the bundle is found.
