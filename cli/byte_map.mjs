@@ -1,11 +1,8 @@
 // Names every byte of a block: a tree of what each means, as far as it can be
 // understood, and the faults that were met.
-import { createRequire } from 'node:module';
+import reader from '../lib/block_reader.cjs';
+import { BlockFault, Cursor } from '../lib/cursor.cjs';
 import { validateBlock } from '../lib/index.mjs';
-
-const require = createRequire(import.meta.url);
-const { readBlock } = require('../lib/block_reader.cjs');
-const { BlockFault, Cursor } = require('../lib/cursor.cjs');
 
 // A node is { name, start, end, text?, children? }; what has no children owns
 // its bytes. Offsets are those in `bytes`, also for a block within a blob.
@@ -109,7 +106,7 @@ export function mapBlock(bytes, start = 0, end = bytes.length) {
   const { map } = cursor;
   let block;
   try {
-    block = readBlock(cursor);
+    block = reader.readBlock(cursor);
   } catch (error) {
     if (!(error instanceof BlockFault)) throw error;
     cursor.complain(error.offset, error.message);

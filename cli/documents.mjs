@@ -1,11 +1,9 @@
 // Blocks and BlockSpecs as JSON, which "build" reads again.
-import { createRequire } from 'node:module';
 import { fromJSON, specFromBlock, toJSON } from '../lib/index.mjs';
+import { scalars } from '../lib/json_values.cjs';
+import { DEEPEST } from '../lib/limits.cjs';
 import { Failure, REFUSED } from './failure.mjs';
 
-const { scalars } = createRequire(import.meta.url)('../lib/json_values.cjs');
-
-const DEEPEST = 5;
 
 // The document of a file: that of its block, or an array of those of a blob.
 // Undefined if a part of it cannot be parsed.

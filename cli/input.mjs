@@ -1,22 +1,22 @@
 // Reads what a command is given: files, standard input, hex.
 import { closeSync, openSync, readSync } from 'node:fs';
+import { LARGEST_BLOB } from '../lib/limits.cjs';
 import { Failure } from './failure.mjs';
 import { parseHex } from './hex.mjs';
 
-// The largest blob, or its hex with a position and a text on every line.
-const LARGEST = 0x100000;
-const LARGEST_HEX = 8 * LARGEST;
+// The largest blob as hex, with a position and a text on every line.
+const LARGEST_HEX = 8 * LARGEST_BLOB;
 
 // The name is "-" for standard input.
 export function readBytes(name, { hex = false } = {}) {
-  const bytes = readAll(name, hex ? LARGEST_HEX : LARGEST + 1);
+  const bytes = readAll(name, hex ? LARGEST_HEX : LARGEST_BLOB + 1);
   if (!hex) return bytes;
   const parsed = parseHex(bytes.toString('latin1'));
   if (parsed) return parsed;
   throw new Failure(`${name}: not hex digits in pairs, or lines of a hex dump are missing`);
 }
 
-export const readText = (name) => readAll(name, 64 * LARGEST).toString();
+export const readText = (name) => readAll(name, 64 * LARGEST_BLOB).toString();
 
 // No more than a limit, whatever the file goes on with.
 function readAll(name, limit) {

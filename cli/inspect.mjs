@@ -2,12 +2,11 @@
 // know. The native module decides what can be read, the map of the bytes where
 // it cannot.
 import { parseConfigBlob, parseMetaBlock } from '../lib/index.mjs';
+import { LARGEST_BLOB, LEAST_BLOCK } from '../lib/limits.cjs';
 import { mapBlock } from './byte_map.mjs';
 import { withLines } from './streams.mjs';
 
 const MAGIC = Buffer.from('MHCS');
-const LEAST_BLOCK = 32;
-const LARGEST_BLOB = 0x100000;
 
 const similarity = (bytes, at) =>
   [...MAGIC].filter((byte, i) => byte === bytes[at + i]).length;

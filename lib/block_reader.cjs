@@ -8,13 +8,13 @@
 
 const { readRecord, readValue } = require('./record_reader.cjs');
 const fieldTypes = require('./field_types.cjs');
+const { DEEPEST } = require('./limits.cjs');
 
 const MAGIC = 0x5343484d;
 const VERSION = 10;
 const HEADER_SIZE = 17;
 const MOST_FIELDS = 100;
 const LONGEST_NAME = 254;
-const DEEPEST = 5;
 const HAS_CRC = 1;
 const META = 1;
 const REPEATED = 2;

@@ -3,11 +3,7 @@
 const { Buffer } = require('node:buffer');
 const { bytesAt } = require('./arguments.cjs');
 const { refuse } = require('./errors.cjs');
-
-const LEAST_BLOCK = 32;
-// Its length has to fit the two bytes before it.
-const LARGEST_BLOCK = 0xffff;
-const LARGEST_BLOB = 0x100000;
+const { LARGEST_BLOB, LARGEST_JOINED_BLOCK, LEAST_BLOCK } = require('./limits.cjs');
 
 function joinBlocks(blocks) {
   if (typeof blocks?.[Symbol.iterator] !== 'function') {
@@ -29,8 +25,8 @@ function entryOf(block, blockIndex) {
   if (bytes.length < LEAST_BLOCK) {
     refuse('TRUNCATED', `${size}, fewer than ${LEAST_BLOCK}`, { blockIndex });
   }
-  if (bytes.length > LARGEST_BLOCK) {
-    refuse('BLOCK_TOO_LARGE', `${size}, more than ${LARGEST_BLOCK} in a blob`, { blockIndex });
+  if (bytes.length > LARGEST_JOINED_BLOCK) {
+    refuse('BLOCK_TOO_LARGE', `${size}, more than ${LARGEST_JOINED_BLOCK} in a blob`, { blockIndex });
   }
   return Buffer.concat([Buffer.of(bytes.length & 0xff, bytes.length >> 8), bytes]);
 }

@@ -6,9 +6,7 @@
 const { arrayAt, objectAt, wrong } = require('./arguments.cjs');
 const fieldTypes = require('./field_types.cjs');
 const { bool, bytes, scalars, string } = require('./json_values.cjs');
-
-// Schemas nest five levels deep; objects that are none may do so forever.
-const DEEPEST = 5;
+const { DEEPEST } = require('./limits.cjs');
 
 const toJSON = (dto) => convertBlock(dto, 'toJSON');
 const fromJSON = (json) => convertBlock(json, 'fromJSON');
@@ -34,6 +32,7 @@ function convertBlock(block, way) {
 }
 
 function convertMeta(meta, path, way, level) {
+  // An object that is no schema may nest forever.
   if (level > DEEPEST) wrong(path, `at most ${DEEPEST} levels deep`);
   const { name, fields } = objectAt(meta, path);
   return {
