@@ -45,14 +45,14 @@ function changed(old, field, rest, whole) {
     return items;
   }
   if (!rest.startsWith('.') || field.nested === undefined || field.repeated) {
-    throw new Failure(`--set ${whole}: '${field.name}' is ${article(field)}`, REFUSED);
+    throw new Failure(`--set ${whole}: '${field.name}' is ${kindOf(field)}`, REFUSED);
   }
   const record = { ...old };
   assignIn(record, field.nested.fields.filter(({ isMeta }) => !isMeta), rest.slice(1), whole);
   return record;
 }
 
-const article = ({ type, repeated }) =>
+const kindOf = ({ type, repeated }) =>
   repeated ? 'an array: write [index] behind it' : type === 'datamap' ? 'a record' : 'no record';
 
 // Text of a single value, JSON of arrays and records.
@@ -97,12 +97,18 @@ function textOf(value, { type }, wrong) {
 function parseOne(text, { type, enumMapping = {} }, wrong) {
   switch (type) {
     case 'string': return text;
-    case 'bool': return { true: true, false: false }[text] ?? wrong('true or false');
+    case 'bool': return /^(?:true|false)$/.test(text) ? text === 'true' : wrong('true or false');
     case 'float': return /^\s*$/.test(text) || (Number.isNaN(Number(text)) && text !== 'NaN')
       ? wrong('a number') : Number(text);
-    case 'enum': if (Object.hasOwn(enumMapping, text)) return enumMapping[text];
-      return /^\d+$/.test(text) && Object.values(enumMapping).includes(Number(text)) ? Number(text)
-        : wrong(`one of ${Object.entries(enumMapping).map(([name, code]) => `${name} (${code})`).join(', ')}`);
+    case 'enum': return parseEnum(text, enumMapping, wrong);
     default: return /^-?\d+$/.test(text) ? BigInt(text) : wrong('a whole number');
   }
+}
+
+// The name of an entry, or its code.
+function parseEnum(text, mapping, wrong) {
+  if (Object.hasOwn(mapping, text)) return mapping[text];
+  if (/^\d+$/.test(text) && Object.values(mapping).includes(Number(text))) return Number(text);
+  const entries = Object.entries(mapping).map(([name, code]) => `${name} (${code})`);
+  return wrong(`one of ${entries.join(', ')}`);
 }
