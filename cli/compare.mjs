@@ -1,5 +1,6 @@
 // What differs between two lists of parsed blocks.
 import { isDeepStrictEqual } from 'node:util';
+import { hasTrailer } from './facts.mjs';
 import { rowsOf, showValue, typeName } from './values.mjs';
 
 // { added, removed, changed, moved }: `moved` is whether blocks that both have
@@ -41,16 +42,14 @@ function compareBlocks(before, after) {
   };
 }
 
-const flagOf = ({ rawBytes }) => (rawBytes[5] & 1) === 1;
-
 // As lines of text.
 function schemaChanges(before, after) {
   const changes = fieldChanges(before.meta, after.meta, '');
   if (before.meta.name !== after.meta.name) {
     changes.unshift(`name: ${JSON.stringify(before.meta.name)} -> ${JSON.stringify(after.meta.name)}`);
   }
-  if (flagOf(before) !== flagOf(after)) {
-    changes.push(`CRC-16 trailer: ${flagOf(before) ? 'removed' : 'added'}`);
+  if (hasTrailer(before) !== hasTrailer(after)) {
+    changes.push(`CRC-16 trailer: ${hasTrailer(before) ? 'removed' : 'added'}`);
   }
   return changes;
 }

@@ -1,5 +1,5 @@
 // What is in a file, for people.
-import { hex } from './byte_map.mjs';
+import { factsOf } from './facts.mjs';
 import { columns } from './table.mjs';
 import { rowsOf, showValue, typeName } from './values.mjs';
 import { visible } from './visible.mjs';
@@ -14,16 +14,9 @@ export function showText(file, { kind, blocks, faults }, colors) {
 function blockLines({ index, offset, size, dto, faults }, colors) {
   const name = index === undefined ? '' : `block ${index} at ${offset}: `;
   if (dto === undefined) return [`${name}${colors.red('cannot be read')}, ${size} bytes`];
-  const { uuid, instance, raw, rawBytes, meta } = dto;
   return [
-    `${name}${colors.bold(visible(meta.name))}`,
-    ...columns([
-      ['uuid', visible(uuid ?? 'none')],
-      ['instance', `${instance ?? 'none'}`],
-      ['size', `${raw.size} bytes`],
-      ['crc32', hex(raw.crc32, 8)],
-      ['trailer', rawBytes[5] & 1 ? 'CRC-16, good' : 'none'],
-    ], '  '),
+    `${name}${colors.bold(visible(dto.meta.name))}`,
+    ...columns(factsOf(dto).map(([fact, text]) => [fact, visible(text)]), '  '),
     '',
     ...columns(rowsOf(dto).map((row) => valueRow(row, colors)), '  '),
     ...(faults.length === 0 ? [] : [`  ${colors.red('the record cannot be read')}`]),

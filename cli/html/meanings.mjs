@@ -1,7 +1,7 @@
 // What the bytes of a section mean: its values in a table, then the tree of all
 // its elements.
-import { hex } from '../byte_map.mjs';
 import { titleOf } from '../bytes.mjs';
+import { factsOf } from '../facts.mjs';
 import { rowsOf, showValue, typeName } from '../values.mjs';
 import { escape } from './escape.mjs';
 import { anchor, PLAIN, tagOf } from './sections.mjs';
@@ -20,17 +20,9 @@ export function sectionTitle({ node, block }) {
   return `${escape(title)} <small>${size} bytes at ${offset}</small>`;
 }
 
-function facts({ dto, size }) {
+function facts({ dto }) {
   if (dto === undefined) return '<p class=bad>This block cannot be read.';
-  const { uuid, instance, raw, rawBytes } = dto;
-  const rows = {
-    uuid: uuid ?? 'none',
-    instance: `${instance ?? 'none'}`,
-    size: `${size} bytes`,
-    crc32: hex(raw.crc32, 8),
-    trailer: rawBytes[5] & 1 ? 'CRC-16, good' : 'none',
-  };
-  return `<dl>${Object.entries(rows).map(([name, text]) =>
+  return `<dl>${factsOf(dto).map(([name, text]) =>
     `<div><dt>${name}<dd>${escape(text)}</div>`).join('')}</dl>`;
 }
 
