@@ -107,7 +107,7 @@ export declare function packMetaBlock<Values extends ValuesLike<Values>>(
 
 /**
  * Builds a block of at most 65,536 bytes. What can be told from the type of the
- * spec is checked; a function that is generic in it passes it as a `BlockSpec`.
+ * BlockSpec is checked; a function that is generic in it passes it as a `BlockSpec`.
  *
  * Refusals: `INVALID_ARGUMENT`, `UNKNOWN_FIELD_TYPE`, `BLOCK_TOO_LARGE`,
  * `INTERNAL` (for example one name with two types).

@@ -123,7 +123,7 @@ export interface NestedSpec {
  * Everything `buildBlock` needs: the schema and the values. A block with more
  * than 100 fields and constants together cannot be read back.
  *
- * Declared `as const satisfies BlockSpec`, a spec also types what is parsed:
+ * Declared `as const satisfies BlockSpec`, a BlockSpec also types what is parsed:
  * see `ValuesOf`.
  *
  * @example

@@ -82,9 +82,9 @@ type ValueUnder<Given, Name extends PropertyKey> =
 type GivenBy<Field> = { [Name in NameOf<Field>]: ValueIn<Named<Field, Name>> };
 
 /**
- * The exact type of `values` after parsing a block that was built from a spec:
+ * The exact type of `values` after parsing a block that was built from a BlockSpec:
  * fields with a value are there, those without are optional, as edits may have
- * added them. Needs a spec declared `as const satisfies BlockSpec`.
+ * added them. Needs one declared `as const satisfies BlockSpec`.
  *
  * | type | parsed |
  * |---|---|
@@ -101,7 +101,7 @@ export type ValuesOf<S extends BlockSpec | NestedSpec> =
   ParsedRecord<FieldsOf<S>, GivenBy<FieldsOf<S>>>;
 
 /**
- * The same for `metaValues`, the constants of a spec.
+ * The same for `metaValues`, the constants.
  *
  * @example
  * type Constants = MetaValuesOf<typeof thermostat>; // { __instance: number }
@@ -128,7 +128,7 @@ type RecordInput<Field> = IsLiteral<Field> extends false
   : { readonly [Name in NameOf<Field>]?: Input<Named<Field, Name>> | null | undefined };
 
 /**
- * The values that may be given for the fields of a spec, all of them optional:
+ * The values that may be given for the fields of a BlockSpec, all of them optional:
  * for edits by `packMetaBlock`, and for records.
  *
  * @example
@@ -149,7 +149,7 @@ type KeyOfType<Field> =
   Field extends { readonly type: infer Type extends keyof KeyByType } ? KeyByType[Type] : never;
 
 /**
- * A spec as it should be, for the parameter of `buildBlock`: with values of
+ * A BlockSpec as it should be, for the parameter of `buildBlock`: with values of
  * records that fit their `nested` schema and codes that its enums have, as far
  * as the values are literals, and without keys that nothing reads.
  */

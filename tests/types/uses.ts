@@ -210,7 +210,7 @@ packMetaBlock({ ...typed, values: edits });
 // @ts-expect-error: a bigint is no float
 const badEdits: ValuesInputOf<typeof thermostat> = { target: 1n };
 
-// Literal values are checked against what the spec says of them.
+// Literal values are checked against what the BlockSpec says of them.
 const one = (field: FieldSpec) => ({ metaName: 'm', fields: [field] });
 const level: number = bytes.length;
 const enumOptions = [{ key: 'off', code: 0 }, { key: 'on', code: 1 }] as const;
