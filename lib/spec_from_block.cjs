@@ -74,12 +74,12 @@ function checkNested(path, value, nested) {
 // its fields twice: first all of them without values, which makes the schema,
 // and then those with values, which the schema has by then.
 function recordSpecs(fields, values, order) {
-  const specs = fields.map((field) => fieldSpec(field, values));
+  const listed = fields.map((field) => fieldSpec(field, values));
   const stored = new Set([...order, ...values.keys()].filter((name) => values.has(name)));
-  const byName = new Map(specs.map((spec) => [spec.name, spec]));
+  const byName = new Map(listed.map((field) => [field.name, field]));
   const inOrder = [...stored].map((name) => byName.get(name));
-  const bySchema = specs.filter((spec) => 'value' in spec);
-  if (inOrder.every((spec, i) => spec === bySchema[i])) return specs;
+  const bySchema = listed.filter((field) => 'value' in field);
+  if (inOrder.every((field, i) => field === bySchema[i])) return listed;
   return [...fields.map((field) => fieldSpec(field, new Map())), ...inOrder];
 }
 
